@@ -1,0 +1,24 @@
+# Warnings, floating point rules and sanitizers, the same for everything that is built here.
+
+add_library(corvale_compiler INTERFACE)
+target_compile_options(corvale_compiler INTERFACE
+    -Wall -Wextra -Wpedantic
+    # Every float operation is rounded on its own: results are the same on machines with and without
+    # fused multiply-add.
+    -ffp-contract=off
+    # Symbols of the shared libraries are not replaced at run time, so calls inside them need no detour.
+    -fno-semantic-interposition)
+
+if(CORVALE_SANITIZE)
+    add_compile_options(-fsanitize=${CORVALE_SANITIZE} -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${CORVALE_SANITIZE})
+    if(CORVALE_SANITIZE MATCHES "undefined")
+        add_compile_options(-fno-sanitize-recover=undefined)
+        add_link_options(-fno-sanitize-recover=undefined)
+    endif()
+endif()
+
+find_program(CORVALE_CCACHE ccache)
+if(CORVALE_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CORVALE_CCACHE})
+endif()

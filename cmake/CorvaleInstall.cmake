@@ -1,0 +1,1 @@
+# Filled with the package configuration: find_package(zrcorvale) and pkg-config.
