@@ -11,7 +11,15 @@
 namespace rk::log {
 
 /// The levels, most severe first.
-enum Level { Fatal = 1, Error = 2, Warning = 3, Info = 4, Verbose = 5, Debug = 6 };
+enum Level
+{
+    Fatal = 1,
+    Error = 2,
+    Warning = 3,
+    Info = 4,
+    Verbose = 5,
+    Debug = 6
+};
 
 /// Registers a category of lines and gives its name back, so that a source can keep it in a constant.
 std::string addCategory(const std::string& name);
@@ -36,10 +44,12 @@ using Handler = std::function<void(const Record&)>;
 /// Sets the observer that gets every line of every level, beside the terminal, on the thread that logs.
 /// An empty one removes it. The former observer is given back; no call to it is under way after this
 /// returns, unless the call comes from the observer itself.
+/// Several threads may call it at once. Lines that it causes itself go to the terminal alone, and what it
+/// throws is dropped.
 Handler setHandler(Handler handler);
 
-/// Sets the highest level that the terminal shows; Info from the start, 0 for silence.
-void setLevel(int level);
+/// Sets the highest level that the terminal shows; Info from the start, 0 for silence. Gives the former back.
+int setLevel(int level);
 
 /// Collects a message by stream insertion and writes it as one line when it ends.
 class LogStream
