@@ -116,14 +116,14 @@ public:
     static DataType getTypeFromName(const std::string& name);
 
     // Only the types named at each line are accepted.
-    operator void*() const { return _data.get(); }  // every type
-    operator bool() const;                          // Boolean
-    operator int() const;                           // Integer
-    operator unsigned int() const;                  // UnsignedInteger
-    operator float() const;                         // Float, Integer, UnsignedInteger
-    operator double() const;                        // Double, Float, Integer, UnsignedInteger
-    operator std::string() const;                   // String, copied
-    operator std::string*() const;                  // String, the payload itself
+    operator void*() const { return _data.get(); }          // every type
+    operator bool() const;                                  // Boolean
+    operator int() const;                                   // Integer
+    operator unsigned int() const;                          // UnsignedInteger
+    operator float() const;                                 // Float, Integer, UnsignedInteger
+    operator double() const;                                // Double, Float, Integer, UnsignedInteger
+    operator std::string() const;                           // String, copied
+    operator std::string*() const;                          // String, the payload itself
     operator std::vector<boost::shared_ptr<Data>>() const;  // Array, copied
     operator std::vector<boost::shared_ptr<Data>>*() const; // Array, the payload itself
 

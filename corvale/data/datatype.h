@@ -3,7 +3,8 @@
 namespace ZR::Corvale {
 
 /// What a `Data` holds. The numbers are part of the interface: none is ever reused.
-enum DataType {
+enum DataType
+{
     Invalid = 0,
     Boolean = 1,
     Integer = 2,
