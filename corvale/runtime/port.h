@@ -1,10 +1,10 @@
 #pragma once
 
 #include "corvale/data/datatype.h"
+#include "corvale/runtime/flattable.h"
 
 #include <boost/shared_ptr.hpp>
 #include <boost/thread/mutex.hpp>
-#include <boost/unordered_map.hpp>
 
 #include <atomic>
 #include <cstdint>
@@ -76,10 +76,10 @@ public:
 
     /// Loads `values[i]` on `ports[i]` and on its chain, for one scope. There are at least as many
     /// values as ports.
-    static void loadData(const std::vector<boost::shared_ptr<Port>>& ports,
+    static void loadData(std::vector<boost::shared_ptr<Port>>& ports,
                          const std::vector<boost::shared_ptr<Data>>& values, const StringHash& processHash,
                          const StringHash& scopeHash, long long depth);
-    static void unloadData(const std::vector<boost::shared_ptr<Port>>& ports, const StringHash& processHash,
+    static void unloadData(std::vector<boost::shared_ptr<Port>>& ports, const StringHash& processHash,
                            const StringHash& scopeHash, long long depth);
 
 private:
@@ -87,6 +87,7 @@ private:
                    const StringHash& scopeHash, long long depth);
     void _unloadData(const StringHash& processHash, const StringHash& scopeHash, long long depth);
     bool _findLoaded(const StringHash& scopeHash, boost::shared_ptr<Data>* value) const;
+    // The node behind the single link; null, with an error line for each way in which a graph can be wrong.
     Node* _upstream(const char* operation) const;
 
     const std::string _name;
@@ -102,7 +103,7 @@ private:
     // How many scopes have a value loaded: most ports never have one, and then need no lock.
     std::atomic<std::uint32_t> _loadedCount{0};
     mutable boost::mutex _loadedDataLock;
-    boost::unordered_map<std::uint64_t, boost::shared_ptr<Data>> _loadedData; // guarded by _loadedDataLock
+    mutable FlatTable<boost::shared_ptr<Data>> _loadedData; // by scope, guarded by _loadedDataLock
 };
 
 } // namespace ZR::Corvale

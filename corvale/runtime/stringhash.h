@@ -15,9 +15,16 @@ namespace ZR::Corvale {
 class StringHash
 {
 public:
-    explicit StringHash(const std::string& text)
+    StringHash(const std::string& text)
         : _string(boost::make_shared<const std::string>(text)), _hash(extendHash(0, text))
     {
+    }
+
+    /// The text of `outer` followed by `suffix`; only the suffix is hashed.
+    static StringHash extended(const StringHash& outer, const std::string& suffix)
+    {
+        return StringHash(boost::make_shared<const std::string>(*outer._string + suffix),
+                          extendHash(outer._hash, suffix));
     }
 
     /// The hash of a text whose beginning has the hash `seed`: the `boost::hash_combine` step over
@@ -32,6 +39,9 @@ public:
 
     boost::shared_ptr<const std::string> _string;
     std::uint64_t _hash;
+
+private:
+    StringHash(boost::shared_ptr<const std::string> text, std::uint64_t hash) : _string(text), _hash(hash) {}
 };
 
 } // namespace ZR::Corvale

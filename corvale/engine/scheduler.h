@@ -1,0 +1,90 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+#include <boost/thread/condition_variable.hpp>
+#include <boost/thread/mutex.hpp>
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <set>
+#include <utility>
+#include <vector>
+
+namespace boost {
+class thread;
+}
+
+namespace ZR::Corvale {
+
+class CorvalePrivate;
+class Process;
+
+/// Decides which process a free worker looks at next; whether it computes is decided by the process.
+///
+/// The schedule is one flat list in which each active process stands as often as its share: a priority
+/// p gives 1 << (p - 1), divided by the smallest share that occurs. Workers take from the back of a copy
+/// of it; whoever finds the copy empty makes the next one and sleeps until a process is due:
+///
+///     update() ------> schedule  a c a b a c a
+///                                    | copied at the end of each pass
+///     event ---push--> work list a c a b a c a <--take-- workers
+///
+/// Priority is so a rate of attention, and frequency a limit on computation.
+/// Ownership: a value member of the engine, which outlives it. Threads: thread-safe. `stop` must not be
+/// called on a worker. Locks, outermost first: `_stateMutex`; `_workMutex`, `_scheduleMutex`.
+/// Failure: `boost::thread_resource_error` from `start` if no thread can be made.
+class Scheduler
+{
+public:
+    using Share = std::pair<boost::shared_ptr<Process>, unsigned int>;
+
+    Scheduler(CorvalePrivate* engine, unsigned int threads);
+    ~Scheduler();
+    Scheduler(const Scheduler&) = delete;
+    Scheduler& operator=(const Scheduler&) = delete;
+
+    /// Starts the workers; no worker if the count is 0. True.
+    bool start();
+    /// Wakes the workers, waits for the computations in hand and ends the threads. True.
+    bool stop();
+    /// Rebuilds the schedule from the engine's processes; the pass under way goes on as it is. True.
+    bool update();
+    std::vector<boost::shared_ptr<Process>> getScheduledProcessList() const;
+    /// Makes a process the next one to be taken. True.
+    bool addProcessToScheduledProcessList(boost::shared_ptr<Process> process);
+
+    /// Appends each process of `in`, sorted ascending by shares that are powers of two, the least being
+    /// 1, to `out` as often as its share, the high shares spread evenly around the low ones.
+    static void buildSchedulingList(std::vector<boost::shared_ptr<Process>>* out, std::vector<Share>* in);
+    static bool processSort(Share a, Share b) { return a.second < b.second; }
+
+private:
+    void run();
+    void _visit(const boost::shared_ptr<Process>& process);
+    boost::shared_ptr<Process> getNextProcess();
+    boost::shared_ptr<Process> _takeFromWorkList();
+    void _release(const boost::shared_ptr<Process>& process);
+    void _sleep(long long microseconds, std::uint64_t wakesSeen);
+    void _wake();
+
+    CorvalePrivate* const _engine; // owner
+    const unsigned int _threadCount;
+
+    boost::mutex _stateMutex;                            // serialises start and stop
+    std::vector<std::unique_ptr<boost::thread>> _threads; // guarded by _stateMutex
+    std::atomic<bool> _running{false};
+
+    boost::mutex _workMutex;
+    std::vector<boost::shared_ptr<Process>> _workList;     // guarded by _workMutex
+    std::set<boost::shared_ptr<Process>> _activeProcesses; // in a worker's hands; guarded by _workMutex
+
+    mutable boost::mutex _scheduleMutex;
+    std::vector<boost::shared_ptr<Process>> _schedule; // guarded by _scheduleMutex
+
+    boost::mutex _sleepMutex; // innermost
+    boost::condition_variable _sleepers;
+    std::uint64_t _wakes = 0; // reasons to stay awake so far; guarded by _sleepMutex
+};
+
+} // namespace ZR::Corvale

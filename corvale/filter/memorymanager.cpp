@@ -1,0 +1,51 @@
+#include "corvale/filter/memorymanager.h"
+
+#include "corvale/data/data.h"
+#include "corvale/runtime/stringhash.h"
+
+#include <boost/thread/lock_guard.hpp>
+
+namespace ZR::Corvale {
+
+MemoryManager::MemoryManager() = default;
+MemoryManager::~MemoryManager() = default;
+
+boost::shared_ptr<Data> MemoryManager::getData(const StringHash& process, const StringHash& scope)
+{
+    const boost::lock_guard<boost::mutex> lock(_memoryLock);
+    return _memory[process._hash][scope._hash];
+}
+
+bool MemoryManager::setData(const StringHash& process, const StringHash& scope,
+                            boost::shared_ptr<Data> value)
+{
+    const boost::lock_guard<boost::mutex> lock(_memoryLock);
+    _memory[process._hash][scope._hash].swap(value);
+    return true;
+}
+
+bool MemoryManager::removeProcess(const StringHash& process)
+{
+    Scopes dropped; // what it holds is freed without the lock
+    const boost::lock_guard<boost::mutex> lock(_memoryLock);
+    const auto found = _memory.find(process._hash);
+    if (found != _memory.end()) {
+        dropped.swap(found->second);
+        _memory.erase(found);
+    }
+    return true;
+}
+
+bool MemoryManager::renameProcess(const StringHash& oldName, const StringHash& newName)
+{
+    const boost::lock_guard<boost::mutex> lock(_memoryLock);
+    const auto found = _memory.find(oldName._hash);
+    if (found == _memory.end())
+        return false;
+    Scopes moved = found->second;
+    _memory.erase(found);
+    _memory[newName._hash].swap(moved);
+    return true;
+}
+
+} // namespace ZR::Corvale

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+#include <boost/thread/mutex.hpp>
+
+#include <vector>
+
+namespace ZR::Corvale {
+
+class Data;
+class Event;
+
+/// The events of a sink, in the order in which they were added; one that was added twice fires twice.
+/// Threads: thread-safe. Events run without the lock, and one that is added meanwhile fires next time.
+class EventList
+{
+public:
+    void add(boost::shared_ptr<Event> event);
+    void raise(const boost::shared_ptr<Data>& data) const;
+    /// Lets go of all events, and so of the processes that they hold.
+    void clear();
+
+private:
+    using Events = std::vector<boost::shared_ptr<Event>>;
+
+    mutable boost::mutex _lock;
+    boost::shared_ptr<const Events> _events; // null for none; replaced, never changed; guarded by _lock
+};
+
+} // namespace ZR::Corvale

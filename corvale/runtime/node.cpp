@@ -1,0 +1,122 @@
+#include "corvale/runtime/node.h"
+
+#include "corvale/data/data.h"
+#include "corvale/runtime/port.h"
+#include "corvale/runtime/portlookup.h"
+#include "corvale/runtime/stringhash.h"
+#include "rk/log.h"
+
+#include <boost/thread/lock_guard.hpp>
+#include <boost/thread/locks.hpp>
+
+#include <sstream>
+
+namespace ZR::Corvale {
+
+namespace {
+const std::string category = rk::log::addCategory("corvale.node");
+}
+
+Node::Node(const std::string& name) : _name(name)
+{
+}
+
+Node::~Node()
+{
+    _reportLeft(category, "->~Node(): There is still active synchronize count:", _openCount);
+}
+
+bool Node::setName(const std::string& name)
+{
+    _name = name;
+    return true;
+}
+
+boost::shared_ptr<Port> Node::getInput(const std::string& name) const
+{
+    return findPort(_inputs, name);
+}
+
+boost::shared_ptr<Port> Node::getOutput(const std::string& name) const
+{
+    return findPort(_outputs, name);
+}
+
+void Node::synchronize(const StringHash& processHash, const StringHash& scopeHash, long long depth)
+{
+    boost::unique_lock<boost::mutex> lock(_scopes.lock());
+    ScopeState& state = _scopes.acquire(scopeHash);
+    const bool first = !state.open;
+    state.open = true;
+    if (first && !_inputs.empty()) {
+        lock.unlock();
+        for (const boost::shared_ptr<Port>& input : _inputs)
+            if (Node* upstream = input->bound() ? input->getLinks().front()->getNode() : nullptr)
+                upstream->synchronize(processHash, scopeHash, depth + 1);
+        lock.lock();
+    }
+    ++state.synchronizeCount;
+    lock.unlock();
+    _arrive(state, processHash, scopeHash, depth);
+}
+
+void Node::synchronizeRelease(const StringHash& processHash, const StringHash& scopeHash, long long depth)
+{
+    std::vector<boost::shared_ptr<Data>> dropped; // freed without the lock
+    boost::unique_lock<boost::mutex> lock(_scopes.lock());
+    ScopeState* state = _scopes.findOpen(scopeHash);
+    if (!state) {
+        lock.unlock();
+        RK_LOG(rk::log::Fatal, category)
+            << _name << "->synchronizeRelease(" << *processHash._string << "): Invalid release on process "
+            << *processHash._string;
+        return;
+    }
+    if (--state->synchronizeCount == 0)
+        state->open = false;
+    _leave(*state, processHash, scopeHash, depth);
+    dropped = _scopes.settle(*state);
+}
+
+std::optional<std::uint32_t> Node::_openCount(const ScopeState& state)
+{
+    return state.open ? std::optional<std::uint32_t>(state.synchronizeCount) : std::nullopt;
+}
+
+std::size_t Node::activeScopes()
+{
+    std::size_t count = 0;
+    _scopes.forEachActive([&](const ScopeState&) { ++count; });
+    return count;
+}
+
+void Node::_reportLeft(const std::string& logCategory, const char* title, CountOf count)
+{
+    std::ostringstream lines;
+    _scopes.forEachActive([&](const ScopeState& state) {
+        if (const std::optional<std::uint32_t> left = count(state))
+            lines << "  process: " << state.key << ", count: " << *left << "\n";
+    });
+    if (!lines.str().empty())
+        RK_LOG(rk::log::Fatal, logCategory) << _name << title << "\n" << lines.str();
+}
+
+void Node::_synchronize(const StringHash&, const StringHash&, long long)
+{
+}
+
+void Node::_synchronizeRelease(const StringHash&, const StringHash&, long long)
+{
+}
+
+void Node::_arrive(ScopeState&, const StringHash& processHash, const StringHash& scopeHash, long long depth)
+{
+    _synchronize(processHash, scopeHash, depth);
+}
+
+void Node::_leave(ScopeState&, const StringHash& processHash, const StringHash& scopeHash, long long depth)
+{
+    _synchronizeRelease(processHash, scopeHash, depth);
+}
+
+} // namespace ZR::Corvale

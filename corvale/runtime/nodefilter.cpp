@@ -1,0 +1,196 @@
+#include "corvale/runtime/nodefilter.h"
+
+#include "corvale/data/data.h"
+#include "corvale/filter/filter.h"
+#include "corvale/runtime/port.h"
+#include "rk/log.h"
+
+#include <boost/make_shared.hpp>
+#include <boost/thread/lock_guard.hpp>
+
+#include <sstream>
+
+namespace ZR::Corvale {
+
+namespace {
+
+const std::string category = rk::log::addCategory("corvale.nodeFilter");
+
+const char* const noFilter = "Filter node doesn't own a filter !";
+const char* const noPort = "No output port specified";
+const char* const cyclicGraph = "The graph has a cycle through this node.";
+
+std::string addressId(const void* address)
+{
+    std::ostringstream text;
+    text << "__" << address;
+    return text.str();
+}
+
+// A computation that an exception leaves behind: the next one starts it afresh.
+class ComputingMark
+{
+public:
+    explicit ComputingMark(ScopeState& state) : _state(state) { _state.progress = ScopeState::Computing; }
+    ~ComputingMark()
+    {
+        _state.inputs.clear();
+        if (!_done)
+            _state.progress = ScopeState::Pending;
+    }
+    void done(std::vector<boost::shared_ptr<Data>> results)
+    {
+        _state.results = std::move(results);
+        _state.progress = ScopeState::Done;
+        _done = true;
+    }
+
+private:
+    ScopeState& _state;
+    bool _done = false;
+};
+
+} // namespace
+
+NodeFilter::NodeFilter(const std::string& name, boost::shared_ptr<Filter> filter)
+    : Node(name), _filter(filter), _uniqueId(addressId(this))
+{
+    for (const boost::shared_ptr<Port>& port : _filter->getInputs())
+        addInput(boost::make_shared<Port>(port->getName(), port, this));
+    for (const boost::shared_ptr<Port>& port : _filter->getOutputs())
+        addOutput(boost::make_shared<Port>(port->getName(), port, this));
+}
+
+NodeFilter::~NodeFilter()
+{
+    _reportLeft(category, "->~NodeFilter(): There is still count to entry cache:",
+                [](const ScopeState& state) {
+                    return state.used ? std::optional<std::uint32_t>(state.useCount) : std::nullopt;
+                });
+}
+
+void NodeFilter::_arrive(ScopeState& state, const StringHash& processHash, const StringHash& scopeHash,
+                         long long depth)
+{
+    if (!_filter)
+        return _fault("_synchronize", processHash, noFilter);
+    if (!state.used) {
+        _filter->synchronize(processHash, _innerScope(state, scopeHash), depth);
+        state.used = true;
+        state.useCount = 0;
+    }
+    ++state.useCount;
+}
+
+void NodeFilter::_leave(ScopeState& state, const StringHash& processHash, const StringHash& scopeHash,
+                        long long depth)
+{
+    if (!state.used)
+        return _fault("_synchronizeRelease", processHash, "Invalid release on process " + *processHash._string);
+    if (--state.useCount == 0) {
+        state.used = false;
+        if (state.progress == ScopeState::Done)
+            state.progress = ScopeState::Pending;
+    }
+    if (!_filter)
+        return _fault("_synchronizeRelease", processHash, noFilter);
+    if (!state.used)
+        _filter->synchronizeRelease(processHash, _innerScope(state, scopeHash), depth);
+}
+
+boost::shared_ptr<Data> NodeFilter::requestData(const StringHash& processHash, const StringHash& scopeHash,
+                                                long long depth, boost::shared_ptr<Port> port)
+{
+    if (!port) {
+        _fault("requestData", processHash, noPort);
+        return boost::shared_ptr<Data>();
+    }
+    ScopeState& state = _stateOf(scopeHash);
+    if (state.progress == ScopeState::Computing) {
+        _fault("requestData", processHash, cyclicGraph);
+        return boost::shared_ptr<Data>();
+    }
+    if (state.progress == ScopeState::Pending) {
+        ComputingMark mark(state);
+        const StringHash& innerScope = _innerScope(state, scopeHash);
+        if (_pullInputs(state, processHash, scopeHash, depth)) {
+            mark.done(_filter->applyFilter(state.inputs, processHash, innerScope, depth));
+        } else {
+            _filter->abortFilter(processHash, innerScope, depth);
+            mark.done({});
+        }
+    }
+    return _resultFor(state, port.get());
+}
+
+void NodeFilter::requestEmpty(const StringHash& processHash, const StringHash& scopeHash, long long depth,
+                              boost::shared_ptr<Port> port)
+{
+    if (!port)
+        return _fault("requestEmpty", processHash, noPort);
+    ScopeState& state = _stateOf(scopeHash);
+    if (state.progress != ScopeState::Pending)
+        return;
+    ComputingMark mark(state);
+    for (const boost::shared_ptr<Port>& input : _inputs) {
+        input->requestEmpty(processHash, scopeHash, depth + 1);
+        input->synchronizeRelease(processHash, scopeHash, depth + 1);
+    }
+    _filter->abortFilter(processHash, _innerScope(state, scopeHash), depth);
+    mark.done({});
+}
+
+ScopeState& NodeFilter::_stateOf(const StringHash& scopeHash)
+{
+    const boost::lock_guard<boost::mutex> guard(_scopes.lock());
+    return _scopes.acquire(scopeHash);
+}
+
+// Derived once and then remembered: building the text would cost more than the rest of a cheap node.
+const StringHash& NodeFilter::_innerScope(ScopeState& state, const StringHash& scopeHash) const
+{
+    if (!state.innerScope)
+        state.innerScope = StringHash::extended(scopeHash, _uniqueId);
+    return *state.innerScope;
+}
+
+// Each input is released as soon as it is read, so that what lies upstream can go before the filter
+// runs. From the first missing mandatory input on, the rest is not computed. False if one is missing.
+bool NodeFilter::_pullInputs(ScopeState& state, const StringHash& processHash, const StringHash& scopeHash,
+                             long long depth)
+{
+    bool mandatoryPresent = true;
+    state.inputs.reserve(_inputs.size());
+    for (const boost::shared_ptr<Port>& input : _inputs) {
+        boost::shared_ptr<Data> value;
+        if (mandatoryPresent) {
+            value = input->requestData(processHash, scopeHash, depth + 1);
+            if (!value)
+                value = input->getDefaultData();
+            mandatoryPresent = value || input->isOptional();
+        } else {
+            input->requestEmpty(processHash, scopeHash, depth + 1);
+        }
+        state.inputs.push_back(std::move(value));
+        input->synchronizeRelease(processHash, scopeHash, depth + 1);
+    }
+    return mandatoryPresent;
+}
+
+// The port that is asked for may be an exported one, further out; then one of its parents is an output.
+boost::shared_ptr<Data> NodeFilter::_resultFor(const ScopeState& state, const Port* port) const
+{
+    for (; port; port = port->getParent().get())
+        for (std::size_t i = 0; i < _outputs.size(); ++i)
+            if (_outputs[i].get() == port && i < state.results.size())
+                return state.results[i];
+    return boost::shared_ptr<Data>();
+}
+
+void NodeFilter::_fault(const char* operation, const StringHash& processHash, const std::string& text) const
+{
+    RK_LOG(rk::log::Fatal, category)
+        << getName() << "->" << operation << "(" << *processHash._string << "): " << text;
+}
+
+} // namespace ZR::Corvale

@@ -1,0 +1,43 @@
+#include "corvale/runtime/nodeprocesssource.h"
+
+#include "corvale/data/data.h"
+#include "corvale/runtime/port.h"
+#include "corvale/runtime/process.h"
+
+#include <boost/thread/locks.hpp>
+
+namespace ZR::Corvale {
+
+NodeProcessSource::NodeProcessSource(const std::string& name, boost::shared_ptr<Process> process,
+                                     const std::string& sinkName)
+    : NodeSource(name), _process(process), _sinkName(sinkName)
+{
+    addDependency(_process->getName());
+}
+
+NodeProcessSource::~NodeProcessSource() = default;
+
+std::uint64_t NodeProcessSource::getUid() const
+{
+    return 0;
+}
+
+// The upstream computation runs without the source's lock: a callback on the way may well set or read
+// this very source. A second downstream process waits at the upstream process's own lock.
+void NodeProcessSource::_synchronize(const StringHash& processHash, const StringHash&, long long)
+{
+    boost::unique_lock<boost::mutex> lock(_sourceLock);
+    if (Snapshot* snapshot = _snapshots.find(processHash._hash)) {
+        ++snapshot->count;
+        return;
+    }
+    lock.unlock();
+    boost::shared_ptr<Data> value = _process->getData(_sinkName);
+    lock.lock();
+    const auto [snapshot, first] = _snapshots.insert(processHash._hash);
+    if (first)
+        snapshot->data = value;
+    ++snapshot->count;
+}
+
+} // namespace ZR::Corvale

@@ -1,0 +1,235 @@
+#include "corvale/runtime/process.h"
+
+#include "corvale/data/data.h"
+#include "corvale/runtime/aggregatedsink.h"
+#include "corvale/runtime/clock.h"
+#include "corvale/runtime/nodefilter.h"
+#include "corvale/runtime/nodesink.h"
+#include "corvale/runtime/nodesource.h"
+#include "corvale/runtime/port.h"
+#include "rk/log.h"
+
+#include <boost/thread/lock_guard.hpp>
+#include <boost/thread/locks.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace ZR::Corvale {
+
+namespace {
+
+const std::string category = rk::log::addCategory("corvale.process");
+
+// Microseconds, truncated; what 64 bits can not hold is their greatest value, and their lowest for what
+// is not a number.
+std::int64_t period(float frequency)
+{
+    const float microseconds = 1000000.0f / frequency;
+    if (std::isnan(microseconds) || microseconds < -0x1p63f)
+        return std::numeric_limits<std::int64_t>::min();
+    if (microseconds >= 0x1p63f)
+        return std::numeric_limits<std::int64_t>::max();
+    return static_cast<std::int64_t>(microseconds);
+}
+
+// Times may be anything that a host's clock gives: sums wrap.
+std::int64_t wrappingSum(std::int64_t a, std::int64_t b)
+{
+    return static_cast<std::int64_t>(static_cast<std::uint64_t>(a) + static_cast<std::uint64_t>(b));
+}
+
+} // namespace
+
+Process::Process(const std::string& name, boost::shared_ptr<NodeFilter> node, unsigned int priority,
+                 float frequency)
+    : _nameHash(name), _frequency(frequency), _priority(std::min(priority, maximumPriority)), _mainNode(node)
+{
+}
+
+Process::~Process() = default;
+
+const std::string& Process::getName() const
+{
+    const boost::lock_guard<boost::mutex> guard(_nameLock);
+    return *_nameHash._string;
+}
+
+StringHash Process::getNameHash() const
+{
+    const boost::lock_guard<boost::mutex> guard(_nameLock);
+    return _nameHash;
+}
+
+bool Process::setName(const std::string& name)
+{
+    const StringHash hash(name);
+    const boost::lock_guard<boost::mutex> guard(_nameLock);
+    _nameHash = hash;
+    return true;
+}
+
+bool Process::setDescription(const std::string& description)
+{
+    _description = description;
+    return true;
+}
+
+bool Process::setPriority(unsigned int priority)
+{
+    _priority = std::min(priority, maximumPriority);
+    return true;
+}
+
+bool Process::setFrequency(float frequency)
+{
+    _frequency = frequency > 0.0f ? frequency : 0.0f; // 0 also for what is not a number
+    return true;
+}
+
+bool Process::addSource(boost::shared_ptr<NodeSource> source)
+{
+    return _sources.emplace(source->getName(), source).second;
+}
+
+bool Process::watchSource(boost::shared_ptr<NodeSource> source)
+{
+    return !_watchedSources.emplace(source, _neverSeen).second;
+}
+
+bool Process::addSink(boost::shared_ptr<NodeSink> sink)
+{
+    const bool added = _sinks.emplace(sink->getName(), sink).second;
+    if (!added)
+        RK_LOG(rk::log::Error, category) << "Can't add sink to process. Sink already present.";
+    return added;
+}
+
+bool Process::addAggregatedSink(boost::shared_ptr<AggregatedSink> sink)
+{
+    const bool added = _aggregatedSinks.emplace(sink->getName(), sink).second;
+    if (!added)
+        RK_LOG(rk::log::Error, category)
+            << "Can't add aggregated sink to process. Aggregated sink already present.";
+    return added;
+}
+
+void Process::clearEvents()
+{
+    for (const auto& entry : _sinks)
+        entry.second->clearEvents();
+    for (const auto& entry : _aggregatedSinks)
+        entry.second->clearEvents();
+}
+
+bool Process::isValid() const
+{
+    const float frequency = _frequency;
+    return frequency <= 0.0f || wrappingSum(_lastComputationTime, period(frequency)) > currentMicroseconds();
+}
+
+void Process::validate()
+{
+    _lastComputationTime = currentMicroseconds();
+}
+
+long long Process::getTimeToLive(long long now) const
+{
+    const std::int64_t whole = period(_frequency);
+    const boost::unique_lock<boost::mutex> lock(_lock, boost::try_to_lock);
+    if (!lock)
+        return whole;
+    const std::int64_t end = wrappingSum(whole, _lastComputationTime);
+    return static_cast<std::int64_t>(static_cast<std::uint64_t>(end) - static_cast<std::uint64_t>(now));
+}
+
+bool Process::update()
+{
+    const boost::lock_guard<boost::mutex> guard(_lock);
+    if (!isActive())
+        return false;
+    if (isValid())
+        return true;
+    if (_noteChanges())
+        _compute();
+    else
+        validate(); // so that the sources are not polled faster than the frequency
+    return true;
+}
+
+// A source that was never set, or that stands for another process, has the count 0: always a change.
+bool Process::_noteChanges()
+{
+    bool changed = false;
+    for (auto& [source, seen] : _watchedSources) {
+        const std::uint64_t uid = source->getUid();
+        if (uid != 0 && uid == seen)
+            continue;
+        seen = uid;
+        changed = true;
+    }
+    return changed;
+}
+
+// The name is copied, so that a renaming beside it shows from the next computation on. The period starts
+// when the sources are frozen, however long the filters take.
+void Process::_compute()
+{
+    const StringHash name = getNameHash();
+    const StringHash& scope = name;
+    for (const auto& entry : _sinks)
+        entry.second->synchronize(name, scope, 0);
+    validate();
+    for (const auto& entry : _sinks)
+        entry.second->requestData(name, scope, 0, boost::shared_ptr<Port>());
+    for (const auto& entry : _aggregatedSinks)
+        entry.second->update();
+}
+
+boost::shared_ptr<Data> Process::getData(const std::string& sinkName)
+{
+    if (!_ownsSink(sinkName)) {
+        RK_LOG(rk::log::Error, category)
+            << "getData(" << sinkName << "): the process " << *getNameHash()._string
+            << " doesn't own this sink node.";
+        return boost::shared_ptr<Data>();
+    }
+    update();
+    return getLastData(sinkName);
+}
+
+boost::shared_ptr<Data> Process::getLastData(const std::string& sinkName) const
+{
+    if (!_ownsSink(sinkName)) {
+        RK_LOG(rk::log::Error, category)
+            << "Can't get last data from sink \"" << sinkName << "\": process \"" << *getNameHash()._string
+            << "\" doesn't own this sink node.";
+        return boost::shared_ptr<Data>();
+    }
+    if (!isActive())
+        return boost::shared_ptr<Data>();
+    const auto aggregated = _aggregatedSinks.find(sinkName);
+    return aggregated != _aggregatedSinks.end() ? aggregated->second->getLastData()
+                                                : _sinks.find(sinkName)->second->getLastData();
+}
+
+bool Process::_ownsSink(const std::string& sinkName) const
+{
+    return _sinks.count(sinkName) != 0 || _aggregatedSinks.count(sinkName) != 0;
+}
+
+bool Process::reset()
+{
+    const boost::lock_guard<boost::mutex> guard(_lock);
+    _lastComputationTime = 0;
+    for (const auto& entry : _sinks)
+        entry.second->reset();
+    for (const auto& entry : _aggregatedSinks)
+        entry.second->update();
+    for (auto& watched : _watchedSources)
+        watched.second = _neverSeen;
+    return true;
+}
+
+} // namespace ZR::Corvale

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <boost/shared_ptr.hpp>
+#include <boost/thread/lock_guard.hpp>
+#include <boost/thread/mutex.hpp>
+
+namespace ZR::Corvale {
+
+class Data;
+
+/// A value that one thread stores while others read it. Thread-safe.
+class SharedValue
+{
+public:
+    boost::shared_ptr<Data> load() const
+    {
+        const boost::lock_guard<boost::mutex> guard(_lock);
+        return _value;
+    }
+
+    void store(boost::shared_ptr<Data> value)
+    {
+        const boost::lock_guard<boost::mutex> guard(_lock);
+        _value.swap(value); // the former value goes with the argument, after the lock
+    }
+
+private:
+    mutable boost::mutex _lock;
+    boost::shared_ptr<Data> _value; // guarded by _lock
+};
+
+} // namespace ZR::Corvale
