@@ -67,8 +67,8 @@ private:
     // The bin that `before` puts ahead of all others, of those from `first` on in steps of `step`.
     template <typename Order>
     float extreme(std::size_t first, std::size_t step, Order before) const;
-    // Gives null bins and one error line under this title if it fails for another reason than lack of memory.
-    void allocate(const char* title, const float* bins);
+    // False, with null bins and one error line of that title, on a failure that is not lack of memory.
+    bool allocate(const char* title);
 
     unsigned int _size;
     unsigned int _channels;
