@@ -1,0 +1,86 @@
+#include "corvale/filters/accum.h"
+
+#include "corvale/data/truncate.h"
+#include "corvale/filter/memorymanager.h"
+#include "corvale/filters/dataconversion.h"
+#include "corvale/filters/inputguards.h"
+#include "corvale/filters/rows.h"
+#include "corvale/runtime/port.h"
+#include "rk/log.h"
+
+#include <cstdint>
+
+namespace ZR::Corvale::Filters {
+
+namespace {
+
+const std::string category = rk::log::addCategory("corvale.filter.accum");
+const Kinds kinds{DataType::ColorImage, DataType::GrayscaleImage, DataType::DepthImage};
+const InputGuards guards(category, "Accum",
+                         {Guard::count(2).quietly(), Guard::kind(1, {DataType::Float}).quietly(),
+                          Guard::kind(0, kinds), Guard::intact(0)});
+
+boost::shared_ptr<Data> cloned(const boost::shared_ptr<Data>& image)
+{
+    boost::shared_ptr<Data> copy;
+    visitImageClass(image->getType(), [&](auto imageClass) {
+        copy = boost::make_shared<Data>(payload<typename decltype(imageClass)::type>(image)->clone());
+    });
+    return copy;
+}
+
+// Bits 8 and up of the 32-bit sum are kept, as many as a component has: of the sum and of the weights only
+// the bits below matter, so `Sum` needs no more, whatever the weights.
+template <typename Component, typename Sum>
+void accumulate(const cv::Mat& in, cv::Mat& average, int a, int b)
+{
+    const auto weightIn = static_cast<Sum>(a);
+    const auto weightAverage = static_cast<Sum>(b);
+    forEachComponentRow<const Component, Component>(
+        [weightIn, weightAverage](std::size_t components, const Component* in, Component* average) {
+            for (std::size_t i = 0; i < components; ++i) {
+                const Sum sum = static_cast<Sum>(static_cast<std::uint32_t>(in[i]) * weightIn +
+                                                 static_cast<std::uint32_t>(average[i]) * weightAverage);
+                average[i] = static_cast<Component>(sum >> 8);
+            }
+        },
+        in, average);
+}
+
+} // namespace
+
+Accum::Accum() : FilterPrimitive("Accum")
+{
+    accept(_addInput("in"), kinds);
+    accept(_addInput("factor"), {DataType::Float});
+    _addOutput("out");
+}
+
+Values Accum::applyFilter(const Values& inputs, const StringHash& processHash, const StringHash& scopeHash,
+                          long long)
+{
+    if (!guards.admit(inputs))
+        return {};
+    const boost::shared_ptr<Data> average = _memoryManager->getData(processHash, scopeHash);
+    if (!average) {
+        _memoryManager->setData(processHash, scopeHash, cloned(inputs[0]));
+        return one(average);
+    }
+    if (average->getType() != inputs[0]->getType())
+        return one(average);
+
+    const cv::Mat in = dataToCvMat(inputs[0]);
+    cv::Mat kept = dataToCvMat(average);
+    if (in.size() != kept.size() || in.type() != kept.type())
+        return guards.refuse();
+    const float factor = number<float>(inputs[1]);
+    const int a = truncate<int>(factor * 256.0f);
+    const int b = truncate<int>((1.0f - factor) * 256.0f);
+    if (in.depth() == CV_16U)
+        accumulate<ushort, std::uint32_t>(in, kept, a, b);
+    else
+        accumulate<uchar, std::uint16_t>(in, kept, a, b);
+    return one(average);
+}
+
+} // namespace ZR::Corvale::Filters

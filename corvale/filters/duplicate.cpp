@@ -1,0 +1,21 @@
+#include "corvale/filters/duplicate.h"
+
+#include "corvale/runtime/port.h"
+
+namespace ZR::Corvale::Filters {
+
+Duplicate::Duplicate() : FilterPrimitive("Duplicate")
+{
+    _addInput("in");
+    _addOutput("left");
+    _addOutput("right");
+}
+
+Values Duplicate::applyFilter(const Values& inputs, const StringHash&, const StringHash&, long long)
+{
+    if (inputs.size() != 1)
+        return {};
+    return {inputs[0], inputs[0]};
+}
+
+} // namespace ZR::Corvale::Filters

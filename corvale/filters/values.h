@@ -1,0 +1,43 @@
+#pragma once
+
+#include "corvale/data/data.h"
+
+#include <boost/make_shared.hpp>
+#include <boost/shared_ptr.hpp>
+
+#include <utility>
+#include <vector>
+
+namespace ZR::Corvale::Filters {
+
+/// What goes into a filter and what comes out of it: one value a port, null for no value.
+using Values = std::vector<boost::shared_ptr<Data>>;
+
+/// The payload of a value, which must not be null: null if the value holds another type or nothing.
+template <typename Payload>
+Payload* payload(const boost::shared_ptr<Data>& value)
+{
+    return static_cast<Payload*>(*value);
+}
+
+/// The number in a value, which must not be null: 0 if the value holds none of that type.
+template <typename Number>
+Number number(const boost::shared_ptr<Data>& value)
+{
+    return static_cast<Number>(*value);
+}
+
+/// The result of a filter with one output.
+inline Values one(const boost::shared_ptr<Data>& value)
+{
+    return Values(1, value);
+}
+
+/// The same, with a new payload built from `arguments`.
+template <typename Payload, typename... Arguments>
+Values one(Arguments&&... arguments)
+{
+    return one(boost::make_shared<Data>(boost::make_shared<Payload>(std::forward<Arguments>(arguments)...)));
+}
+
+} // namespace ZR::Corvale::Filters
