@@ -2,62 +2,37 @@
 
 #include <gmock/gmock.h>
 
-#include <limits>
+#include <cmath>
 
 using namespace ZR::Corvale;
 using namespace std::string_literals;
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::Pair;
 
 TEST(ParsingTools, ACommentTakesOneLineBreakAlongAndIgnoresQuotes)
 {
-    EXPECT_EQ(removeComments('#', "a # x\nb"), "a b");
-    EXPECT_EQ(removeComments('#', "a#x\r\nb#y # z\rc"), "a\nbc");
-    EXPECT_EQ(removeComments('#', "\"a#b\""), "\"a");
-    EXPECT_EQ(removeComments('#', "a\0b#\0\nc#"s), "a\0bc"s);
-    EXPECT_EQ(removeComments('#', ""), "");
-}
-
-TEST(ParsingTools, AStringEndsAtItsQuoteOrAtANul)
-{
-    const char* const text = R"("a\"b\\"c")";
-    EXPECT_STREQ(skipString(text), "\"c\"");
-    EXPECT_STREQ(skipString("\"a\\"), "");
-    EXPECT_STREQ(skipString("\"a\\\0b\""), "");
-}
-
-TEST(ParsingTools, TrimDropsTheFourWhiteBytesOnly)
-{
-    EXPECT_EQ(trimString("\t\r\n a \v\f\0 \n"s), "a \v\f\0"s);
-    EXPECT_EQ(trimString(" \t\r\n"), "");
+    EXPECT_EQ(removeComments('#', "a # x\nb#y\r\nc\0#z # z\r\"d#e\""s), "a b\nc\0\"d"s);
 }
 
 TEST(ParsingTools, BlocksAlternateUnlessAPartIsEmpty)
 {
     const auto blocks = [](const std::string& text) { return blockString('{', '}', text); };
-    EXPECT_THAT(blocks("a{b}c"), ElementsAre("a", "b", "c"));
-    EXPECT_THAT(blocks("{b}"), ElementsAre("b"));
-    EXPECT_THAT(blocks("a{}c"), ElementsAre("a", "c"));
-    EXPECT_THAT(blocks("a{ } {c}"), ElementsAre("a", "", "", "c"));
-    EXPECT_THAT(blocks("a}{b{c}{d}[e}f"), ElementsAre("a}", "b{c}{d}[e", "f"));
-    EXPECT_THAT(blocks(" a { b { c "), ElementsAre("a", "b { c"));
-    EXPECT_THAT(blocks("x {\"}\"} y"), ElementsAre("x", "\"}\"", "y"));
-    EXPECT_THAT(blocks(""), IsEmpty());
-    EXPECT_THAT(blockString('|', '|', "a|b|c"), ElementsAre("a", "b", "c"));
+    EXPECT_THAT(blocks("a{b}{}c{ } {d}"), ElementsAre("a", "b", "c", "", "", "d"));
+    EXPECT_THAT(blocks("a}\t{\nb{c}{d}[e}{f { g "), ElementsAre("a}", "b{c}{d}[e", "f { g"));
+    EXPECT_THAT(blocks("{\"}\\\"{\"} \v\0 "s), ElementsAre("\"}\\\"{\"", "\v\0"s));
+    EXPECT_THAT(blocks(""), ElementsAre());
 }
 
 TEST(ParsingTools, ListsSeeQuotesAndNoBrackets)
 {
-    EXPECT_THAT(listString(',', "a(b,c),d"), ElementsAre("a(b", "c)", "d"));
-    EXPECT_THAT(listString(',', ",a,,b, ,\"c,\\\",\",d"), ElementsAre("a", "b", "", "\"c,\\\",\"", "d"));
-    EXPECT_THAT(listString(';', " a ; b ;"), ElementsAre("a", "b"));
-    EXPECT_THAT(listString(';', " a ; b ; "), ElementsAre("a", "b", ""));
+    EXPECT_THAT(listString(',', ",a(b,c),, ,\",\\\",\\\\\","),
+                ElementsAre("a(b", "c)", "", "\",\\\",\\\\\""));
+    EXPECT_THAT(listString(',', "a, "), ElementsAre("a", ""));
 }
 
 TEST(ParsingTools, AStringThatNeverClosesTakesTheTerminatingNulAlong)
 {
-    EXPECT_THAT(listString(';', "a;\"b;c"), ElementsAre("a", "\"b;c\0"s));
+    EXPECT_THAT(listString(';', "a;\"b;c "), ElementsAre("a", "\"b;c \0"s));
     EXPECT_THAT(blockString('{', '}', "a {\"b} \\"), ElementsAre("a", "\"b} \\\0"s));
     // A NUL inside the text ends the string as well, and the cutting goes on behind it.
     EXPECT_THAT(listString(';', "\"a;\0b;c"s), ElementsAre("\"a;\0b"s, "c"));
@@ -69,26 +44,20 @@ TEST(ParsingTools, SplitsAtTheFirstSeparatorAndAtBlanks)
     EXPECT_THAT(splitString(":", "\"a:b\":"), Pair("\"a", "b\":"));
     EXPECT_THAT(splitString(":", " a "), Pair("a", ""));
     EXPECT_THAT(splitSpace("  optional   in\tx "), ElementsAre("optional", "in\tx"));
-    EXPECT_THAT(splitSpace("   "), IsEmpty());
 }
 
 TEST(ParsingTools, LiteralsAreRecognisedByTheirBytes)
 {
-    const struct
-    {
-        std::string text;
-        const char* kinds; // those of b, i, f, s that hold
-    } cases[] = {{"true", "b"},     {"false", "b"},       {"True", ""}, {" true", ""},     {"", "if"},
-                 {"-", ""},         {"-0", "if"},         {"--1", ""},  {"+5", ""},        {"007", "if"},
-                 {"0x10", ""},      {"1 ", ""},           {"1\0"s, ""}, {"-3.5", "f"},     {".", "f"},
-                 {"-.", "f"},       {"5.", "f"},          {".5", "f"},  {"1e5", ""},       {"1.2.3", ""},
-                 {"infinity", "f"}, {"-infinity", ""},    {"\"", "s"},  {" \"a\"\n", "s"}, {"\"a\"b", ""},
-                 {"\"a\"b\"", "s"}, {"99999999999", "if"}};
-    for (const auto& [text, kinds] : cases) {
-        const std::string found = std::string(isBool(text) ? "b" : "") + (isInteger(text) ? "i" : "") +
-                                  (isFloat(text) ? "f" : "") + (isString(text) ? "s" : "");
-        EXPECT_EQ(found, kinds) << text;
-    }
+    for (const char* text : {"", "-0", "99999999999"})
+        EXPECT_TRUE(isInteger(text) && isFloat(text)) << text;
+    for (const char* text : {".", "-.", "5.", ".5", "-3.5", "infinity"})
+        EXPECT_TRUE(isFloat(text) && !isInteger(text)) << text;
+    for (const std::string& text :
+         {"-"s, "--1"s, "+5"s, "0x10"s, "1 "s, "1\0"s, "1e5"s, "1.2.3"s, "-infinity"s})
+        EXPECT_FALSE(isInteger(text) || isFloat(text)) << text;
+    for (const char* text : {"\"", "\"a\"b\"", " \"a\"\n"})
+        EXPECT_TRUE(isString(text)) << text;
+    EXPECT_FALSE(isString("\"a\"b") || isString(" ") || isBool("True") || isBool(" true"));
 }
 
 TEST(ParsingTools, IntegersWrap)
@@ -104,20 +73,10 @@ TEST(ParsingTools, IntegersWrap)
 
 TEST(ParsingTools, FloatsAreSummedStepByStepInSinglePrecision)
 {
-    const float infinity = std::numeric_limits<float>::infinity();
-    const std::pair<std::string, float> cases[] = {
-        {"", 0.0f},
-        {".", 0.0f},
-        {"-12.5", -12.5f},
-        {"1x2.y5.0", 12.5f},
-        {"0.1", 0.1f},
-        {"infinity", infinity},
-        {std::string(60, '9') + "." + std::string(60, '9'), infinity},
-        {"3.14159", 0x1.921f9cp+1f},
-        {"0.987654321", 0x1.f9add2p-1f}};
-    // The last two are one bit off the nearest floats.
-    for (const auto& [text, value] : cases)
-        EXPECT_EQ(toFloat(text), value) << text;
+    EXPECT_EQ(toFloat("") + toFloat(".") + toFloat("-1x2.y5.0"), -12.5f);
+    EXPECT_EQ(toFloat("3.14159"), 0x1.921f9cp+1f); // one bit off the nearest float
+    EXPECT_EQ(toFloat("infinity"), INFINITY);
+    EXPECT_EQ(toFloat(std::string(60, '9') + "." + std::string(60, '9')), INFINITY);
 }
 
 TEST(ParsingTools, StringLiteralsUnescapeAndStayInsideTheirText)

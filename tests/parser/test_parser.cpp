@@ -1,0 +1,146 @@
+#include "corvale/data/data.h"
+#include "corvale/engine/corvale.h"
+#include "support/logcapture.h"
+
+#include <boost/algorithm/string/join.hpp>
+#include <boost/filesystem.hpp>
+#include <gmock/gmock.h>
+
+#include <fstream>
+
+using namespace ZR::Corvale;
+using testing::ElementsAre;
+
+namespace {
+
+struct ProgramTest : testing::Test
+{
+    support::LogCapture log;
+    Corvale engine{0};
+};
+
+} // namespace
+
+TEST_F(ProgramTest, PiecesAreHeadersAndBodiesInTurn)
+{
+    const std::pair<const char*, const char*> programsAndSources[] = {
+        {"", ""},
+        {"# source a { 1 }", ""},
+        {"source a", ""},
+        {"source\n a { 1 # }\n } source b { } source c {\"}\"}", "abc"},
+        {"source\ta { 1 } source b { 2 }", "b"},
+        {"frobnicate x { 1 } source a { 2 }", "a"},
+        {"source a { 1 }; source b { 2 } source c { 3 }", "ac"},
+        {"import files { source a } source b { 1 }", "b"},
+        {"source a { 1 } source b { 2 } delete source { a } delete sources { b }", "b"}};
+    for (const auto& [program, sources] : programsAndSources) {
+        Corvale fresh(0);
+        EXPECT_TRUE(fresh.loadProgram(program)) << program;
+        EXPECT_EQ(boost::algorithm::join(fresh.getSources(), ""), sources) << program;
+    }
+    EXPECT_EQ(log.count(), 0u);
+}
+
+TEST_F(ProgramTest, ASourceTakesTheFirstKindOfValueThatFits)
+{
+    EXPECT_TRUE(
+        engine.loadProgram(R"(source a { true } source b { -12 } source c { 1.5 } source d { infinity }
+        source e { "null" } source f { "a;\"}" } source g { Add } source h { } source i { null })"));
+    std::string values;
+    for (const std::string& name : engine.getSources())
+        if (const boost::shared_ptr<Data> data = engine.getSourceData(name))
+            values += name + Data::getTypeName(data->getType()) + data->toString().substr(0, 5) + " ";
+    EXPECT_EQ(values, "aBooleantrue bInteger-12 cFloat1.5 dFloatinf eStringnull fStringa;\"} gLambdaLambd ");
+}
+
+TEST_F(ProgramTest, EveryRefusalHasItsLineAndEndsTheProgram)
+{
+    const auto refuses = [this](const std::string& program, const std::string& line) {
+        log.clear();
+        EXPECT_FALSE(engine.loadProgram(program + " source last { 1 }")) << program;
+        EXPECT_THAT(log.messages(), ElementsAre(line));
+    };
+    using HeadersAndLines = std::pair<std::string, std::string>[];
+    for (const auto& [header, line] :
+         HeadersAndLines{{"p", "inputs, outputs): Invalid process declaration"},
+                         {"p(f) x", "inputs, outputs): Invalid process declaration"},
+                         {"p( )", "priority, frequency): expected at least a filter name."},
+                         {"p(f,1.)", "priority, frequency): priority \"1.\" is not a valid integer"},
+                         {"p(f,1,e)", "priority, frequency): frequency \"e\" is not a valid float."}})
+        refuses("process " + header + " { }", "createProcess(\"" + header + "\", " + line);
+    for (const auto& [header, line] :
+         HeadersAndLines{{"s()", "body): Invalid filter declaration"},
+                         {"s( )", "inputs, outputs): expected language name got nothing."},
+                         {"s(Lua)", "inputs, outputs): the language Lua is not supported."},
+                         {"s(lua)", "inputs, outputs): expected inputs got nothing."},
+                         {"s(lua,a)", "inputs, outputs): expected outputs got nothing."}})
+        refuses("script " + header + " { }", "createFilterFromScript(\"" + header + "\", " + line);
+    refuses("script s(lua, a, b) { }",
+            "createFilterFromScript(s, script, language): The language is not supported by corvale.");
+    refuses("script Add(lua, a, b) { }",
+            "createFilterFromScript(Add, script, language): The filter Add already exist.");
+    refuses("filter f { a:out -> b -> c }", "Chain filter can't contain a port.");
+    refuses("source a {}", "loadProgram(source a {} source last { 1 }, corvaleHandle): "
+                           "The source a has an invalid body: source last");
+    // Arrows and colons are found in quotes too.
+    refuses(R"(filter f { Add x; x:left["->"] <= v })",
+            R"(createFilter("f", filters, links): The filter ""] <= v" is not declared.)");
+    refuses(R"(process p(Add) { left <= "a:b" })",
+            R"(createProcess("p", "Add", ...): impossible to find the specified process ""a".)");
+    EXPECT_THAT(engine.getSources(), ElementsAre("a"));
+}
+
+TEST_F(ProgramTest, AFailedDeleteOrImportOnlyWarns)
+{
+    EXPECT_TRUE(engine.loadProgram("delete source { a } delete filter { b } delete process { c }"
+                                   "import file { missing.fgs } delete filter { Add } source last { 1 }"));
+    EXPECT_THAT(log.messages(rk::log::Warning),
+                ElementsAre("Can't delete source: a", "Can't delete filter: b", "Can't delete process: c"));
+    EXPECT_FALSE(engine.isFilter("Add"));
+    EXPECT_THAT(engine.getSources(), ElementsAre("last"));
+}
+
+TEST_F(ProgramTest, FiltersAndProcessesBecomeRunningGraphs)
+{
+    ASSERT_TRUE(engine.loadProgram(R"(
+        source level { 128 }
+        filter Chain { Identity a; Identity b; Identity c; a -> b -> c; a <= in; c => out }
+        filter Pair { Chain c; Duplicate d; d:left => first; c -> d:in; c <= value; d:right => second }
+        filter Gate { Dispatch x; x:in[7] <= value; x:state <= open; x:ontrue => pass }
+        process pair(Pair) { <= level; first => all; second => all; ; }
+        process gate(Gate, 2, 10.0) { open <= this:tick; pulse tick[true]; source spare; pass => result;
+                                      pair:___Anonymous0 ~> self }
+        process after(Gate, -1) { value <= 1.5; open <= true; pass => result; result ~> gate })"));
+    EXPECT_THAT(log.messages(rk::log::Error),
+                ElementsAre("createProcess(\"pair(Pair), body): invalid declaration \"\""));
+    EXPECT_EQ(int(*engine.getData("gate:result")), 7);
+    EXPECT_EQ(float(*engine.getData("after:result")), 1.5f);
+    EXPECT_EQ(engine.getData("pair:all")->getType(), DataType::Array);
+    EXPECT_THAT(engine.getProcessSources("gate"), ElementsAre("spare", "tick"));
+    EXPECT_EQ(engine.getProcessPriority("pair") * 100 + engine.getProcessPriority("after"), 308u);
+    EXPECT_EQ(engine.getProcessFrequency("pair") + engine.getProcessFrequency("gate"), 11.0f);
+}
+
+TEST_F(ProgramTest, LongAndDeepTextsNeitherRecurseNorGrowQuadratic)
+{
+    std::string deep(3000000, '('), chain = "filter f { a";
+    for (int i = 0; i < 300000; ++i)
+        chain += " -> b";
+    EXPECT_TRUE(engine.loadProgram(std::string(3000000, '{')));
+    EXPECT_FALSE(engine.loadProgram("process p" + deep + "{ }"));
+    EXPECT_FALSE(engine.loadProgram(chain + "}"));
+}
+
+TEST_F(ProgramTest, ImportsAreFoundBesideTheImportingFile)
+{
+    namespace fs = boost::filesystem;
+    const fs::path root = fs::temp_directory_path() / fs::unique_path("corvale %%%%-%%%% \xc3\xa9");
+    fs::create_directories(root / "parts");
+    const std::string absolute = (root / "parts/two.txt").string();
+    std::ofstream((root / "main.fgs").string()) << "import file { parts/one.fgs } source main { 1 }";
+    std::ofstream((root / "parts/one.fgs").string()) << "source one { 1 } import file { " << absolute << " }";
+    std::ofstream(absolute) << "source two { 2 } source main { 2 } source main { 3 }";
+    EXPECT_FALSE(engine.loadProgramFromFile((root / "main.fgs").string()));
+    EXPECT_THAT(engine.getSources(), ElementsAre("main", "one", "two"));
+    fs::remove_all(root);
+}
