@@ -1,0 +1,29 @@
+#include "cli/runoptions.h"
+
+#include "cli/failure.h"
+
+#include <set>
+
+namespace cli {
+
+std::pair<std::string, std::string> assignment(const std::string& text, const std::string& option)
+{
+    const std::size_t sign = text.find('=');
+    if (sign == std::string::npos || sign == 0 || sign + 1 == text.size())
+        throw Failure("\"" + text + "\" does not fit " + option + "; write NAME=PATH");
+    return {text.substr(0, sign), text.substr(sign + 1)};
+}
+
+void requireDistinct(const RunOptions& options)
+{
+    std::set<std::string> sources;
+    for (const std::string& feed : options.feeds)
+        if (const std::string source = assignment(feed, "--feed").first; !sources.insert(source).second)
+            throw Failure("the source \"" + source + "\" is fed twice; give it one feed");
+    std::set<std::string> paths;
+    for (const std::string& save : options.saves)
+        if (const std::string path = assignment(save, "--save").second; !paths.insert(path).second)
+            throw Failure("\"" + path + "\" is saved to twice; give each sink a file of its own");
+}
+
+} // namespace cli
