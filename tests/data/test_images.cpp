@@ -1,0 +1,161 @@
+#include "corvale/data/databinaryimage.h"
+#include "corvale/data/datacolorimage.h"
+#include "corvale/data/datadepthimage.h"
+#include "corvale/data/datagrayscaleimage.h"
+#include "corvale/data/datalabelimage.h"
+#include "corvale/data/datamatriximage.h"
+#include "corvale/data/dataxyzimage.h"
+
+#include "support/logcapture.h"
+
+#include <gtest/gtest.h>
+#include <opencv2/core.hpp>
+
+#include <cmath>
+#include <limits>
+#include <vector>
+
+namespace {
+
+using namespace ZR::Corvale::Type;
+
+// 4 x 4, each pixel its column plus ten times its row.
+LabelImage numbered()
+{
+    LabelImage image(4, 4, "camera", Time(5), 60.0f, 40.0f);
+    for (int y = 0; y < 4; ++y)
+        for (int x = 0; x < 4; ++x)
+            image.pixel(x, y) = x + 10 * y;
+    return image;
+}
+
+std::vector<int> pixels(const LabelImage& image)
+{
+    return std::vector<int>(image.mat.begin<int>(), image.mat.end<int>());
+}
+
+template <typename Kind>
+class ImageKind : public testing::Test
+{
+};
+using Kinds =
+    testing::Types<ColorImage, BinaryImage, GrayscaleImage, LabelImage, DepthImage, XYZImage, MatrixImage>;
+TYPED_TEST_SUITE(ImageKind, Kinds);
+
+template <typename T, int C>
+std::vector<T> ramp(const Image<T, C>&, int pixels)
+{
+    std::vector<T> components(pixels * C);
+    for (std::size_t i = 0; i < components.size(); ++i)
+        components[i] = static_cast<T>(i + 1);
+    return components;
+}
+
+TYPED_TEST(ImageKind, CopiesConstPixelsWrapsOthersAndCutsDeepCopies)
+{
+    auto source = ramp(TypeParam(1, 1), 5 * 3);
+    const auto* constSource = source.data();
+    const TypeParam copy(constSource, 5, 3, "origin", Time(5), 1.0f, 2.0f);
+    const TypeParam wrap(source.data(), 5, 3);
+    EXPECT_EQ(copy.mat.type(), TypeParam::MatType);
+    EXPECT_EQ(wrap.mat.data, reinterpret_cast<unsigned char*>(source.data()));
+
+    const auto clone = wrap.clone();
+    const auto part = copy.extract(Region2(1, 1, 3, 2));
+    const auto small = copy.scaleDown(2);
+    source.assign(source.size(), 0);
+    EXPECT_EQ(cv::norm(copy.mat, clone->mat, cv::NORM_INF), 0.0);
+    EXPECT_GT(cv::norm(copy.mat), 0.0);
+    EXPECT_EQ(cv::norm(wrap.mat), 0.0);
+
+    EXPECT_EQ(cv::norm(part->mat, copy.mat(cv::Rect(1, 1, 3, 2)), cv::NORM_INF), 0.0);
+    EXPECT_TRUE(part->mat.isContinuous());
+    EXPECT_EQ(small->mat.size(), cv::Size(2, 1));
+    EXPECT_EQ(cv::norm(small->mat.col(0), copy.mat(cv::Rect(0, 0, 1, 1)), cv::NORM_INF), 0.0);
+    EXPECT_EQ(cv::norm(small->mat.col(1), copy.mat(cv::Rect(2, 0, 1, 1)), cv::NORM_INF), 0.0);
+    EXPECT_EQ(small->name, "origin");
+    EXPECT_EQ(small->timestamp, Time(5));
+    EXPECT_EQ(small->fovY, 2.0f);
+}
+
+TYPED_TEST(ImageKind, EmptyOnesKeepTheirTypeAndSize)
+{
+    const TypeParam empty(0, 7);
+    EXPECT_EQ(empty.clone()->mat.size(), cv::Size(0, 7));
+    EXPECT_EQ(empty.clone()->mat.type(), TypeParam::MatType);
+    EXPECT_THROW(TypeParam(1, 2).scaleDown(3), cv::Exception);
+    EXPECT_THROW(TypeParam(1, 2).scaleDown(0), cv::Exception);
+}
+
+TEST(Image, StampsItselfUnlessItIsStamped)
+{
+    const Time before = Time::now();
+    const ColorImage stamped(2, 2);
+    EXPECT_TRUE(stamped.timestamp >= before && stamped.timestamp <= Time::now());
+    EXPECT_EQ(ColorImage(2, 2, "x", Time(5)).timestamp, Time(5));
+    EXPECT_TRUE(LabelImage(cv::Mat()).timestamp >= before);
+    EXPECT_EQ(stamped.name, "unknow");
+    EXPECT_EQ(stamped.fovX, 0.0f);
+}
+
+TEST(Image, AccessorsReachPixelsOfPartsOfMatrices)
+{
+    cv::Mat whole(5, 6, CV_32FC3, cv::Scalar(1, 2, 3));
+    XYZImage part(whole(cv::Rect(1, 2, 3, 3)));
+    part.pixelY(2, 1) = 8;
+    part.pixelZ(2, 1) = 9;
+    EXPECT_EQ(whole.at<cv::Vec3f>(3, 3), cv::Vec3f(1, 8, 9));
+    EXPECT_EQ(const_cast<const XYZImage&>(part).pixelX(2, 1), 1.0f);
+}
+
+TEST(Image, ExtractRoundsCutsAndShrinksTheView)
+{
+    const LabelImage image = numbered();
+    const auto corner = image.extract(-3.2f, -3.2f, 1.4f, 1.4f);
+    EXPECT_EQ(pixels(*corner), (std::vector<int>{0, 1, 10, 11}));
+    EXPECT_EQ(corner->fovX, 30.0f);
+    EXPECT_EQ(corner->fovY, 20.0f);
+    EXPECT_EQ(corner->name, "camera");
+
+    EXPECT_EQ(pixels(*image.extract(0.5f, 0.5f, 1.5f, 1.5f)), (std::vector<int>{11, 12, 21, 22}));
+    EXPECT_EQ(pixels(*image.extract(3, 2, 3, 99)), (std::vector<int>{23, 33}));
+    const float huge = std::numeric_limits<float>::infinity();
+    const auto all = image.extract(-huge, -1e30f, huge, 1e30f);
+    EXPECT_EQ(pixels(*all), pixels(image));
+    EXPECT_EQ(all->fovX, 60.0f);
+}
+
+TEST(Image, ExtractRefusesCornersThatAreNotInOrder)
+{
+    const LabelImage image = numbered();
+    const float huge = std::numeric_limits<float>::infinity();
+    EXPECT_THROW(image.extract(3, 3, 1, 1), cv::Exception);
+    EXPECT_THROW(image.extract(9, 0, 20, 3), cv::Exception);
+    EXPECT_THROW(image.extract(0, 0, -5, 3), cv::Exception);
+    EXPECT_THROW(image.extract(huge, 0, huge, 3), cv::Exception);
+    EXPECT_THROW(image.extract(0, 0, std::nanf(""), 3), cv::Exception);
+    EXPECT_THROW(LabelImage(cv::Mat()).extract(0, 0, 1, 1), cv::Exception);
+}
+
+TEST(LabelImage, ChangeLabelReachesEveryPixelOfAPartAndNoOther)
+{
+    cv::Mat whole(5, 40, CV_32SC1, cv::Scalar(7));
+    LabelImage part(whole(cv::Rect(1, 1, 37, 3)));
+    part.pixel(36, 2) = 6;
+    part.changeLabel(7, 7);
+    part.changeLabel(7, -8);
+    EXPECT_EQ(cv::countNonZero(whole == -8), 37 * 3 - 1);
+    EXPECT_EQ(cv::countNonZero(whole == 7), 5 * 40 - 37 * 3);
+    EXPECT_EQ(part.pixel(36, 2), 6);
+}
+
+TEST(LabelImage, ChangeLabelLeavesMatricesOfAnotherTypeAlone)
+{
+    const support::LogCapture log;
+    LabelImage bytes(cv::Mat(3, 3, CV_8UC1, cv::Scalar(7)));
+    bytes.changeLabel(7, 8);
+    EXPECT_EQ(cv::countNonZero(bytes.mat == 7), 9);
+    EXPECT_EQ(log.count(rk::log::Error), 1u);
+}
+
+} // namespace

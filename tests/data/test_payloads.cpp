@@ -1,0 +1,162 @@
+#include "corvale/data/data.h"
+#include "corvale/data/dataaudiobuffer.h"
+#include "corvale/data/datahistogram.h"
+#include "corvale/data/datahuman.h"
+#include "corvale/data/dataobject2d.h"
+#include "corvale/data/dataobject3d.h"
+#include "corvale/data/datavector3.h"
+
+#include "support/logcapture.h"
+
+#include <boost/make_shared.hpp>
+#include <boost/thread/thread.hpp>
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <set>
+#include <vector>
+
+namespace {
+
+using namespace ZR::Corvale;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+TEST(Histogram, LooksAtTheBinsOfAChannel)
+{
+    float bins[] = {5, 1, 7, 2, 9, 3};
+    Type::Histogram histogram(bins, 6, 3);
+    EXPECT_EQ(histogram.getChannelSize(), 2u);
+    EXPECT_EQ(histogram.min(1), 1.0f);
+    EXPECT_EQ(histogram.max(1), 9.0f);
+    EXPECT_EQ(histogram.max(2), 7.0f);
+    EXPECT_EQ(histogram.min(), 1.0f);
+    EXPECT_EQ(histogram.max(), 9.0f);
+    histogram.data(1, 2) = -4;
+    EXPECT_EQ(bins[5], -4.0f);
+    histogram.clear();
+    EXPECT_EQ(bins[4], 0.0f);
+}
+
+TEST(Histogram, FindsItsGreatestBins)
+{
+    const float tie[] = {1, 3, 3};
+    EXPECT_EQ(Type::Histogram(tie, 3, 1).argmax(), 1u);
+    const float bins[] = {1, 5, 3, 4};
+    const Type::Histogram histogram(bins, 4, 1);
+    EXPECT_THAT(histogram.argmax(0), IsEmpty());
+    EXPECT_THAT(histogram.argmax(1), ElementsAre(1));
+    EXPECT_THAT(histogram.argmax(3), ElementsAre(1, 3, 2));
+    EXPECT_THAT(histogram.argmax(99), ElementsAre(1, 3, 2, 0));
+}
+
+TEST(Histogram, EmptyOnesAndMissingChannelsReadNothing)
+{
+    const Type::Histogram empty(0, 0);
+    EXPECT_EQ(empty.min() + empty.max() + empty.max(0), 0.0f);
+    EXPECT_EQ(empty.argmax(), 0u);
+    EXPECT_THAT(empty.argmax(3), IsEmpty());
+    const float bins[] = {1, 2};
+    EXPECT_EQ(Type::Histogram(bins, 2, 2).min(2), 0.0f);
+    EXPECT_EQ(Type::Histogram(bins, 2, 2).max(-1), 0.0f);
+    EXPECT_EQ(Type::Histogram(bins, 2, 0).max(0), 1.0f);
+}
+
+TEST(AudioBuffer, CopiesConstSamplesAndWrapsOthers)
+{
+    short samples[] = {0, 1, 2, 3, 4, 5};
+    const short* constSamples = samples;
+    const Type::AudioBuffer copy(constSamples, 6, 2, 16'000, Type::Time(5));
+    Type::AudioBuffer wrap(samples, 6, 2, 16'000, Type::Time(5));
+    wrap.data(2, 1) = 9;
+    EXPECT_EQ(samples[5], 9);
+    EXPECT_EQ(copy.data(2, 1), 5);
+    EXPECT_EQ(copy.getTimestamp(), Type::Time(5));
+    EXPECT_EQ(copy.getSampleRate(), 16'000u);
+}
+
+TEST(Objects, WriteTheirPropertiesOneAfterTheOther)
+{
+    const support::LogCapture log;
+    Type::Object3D object(boost::make_shared<Type::Region3>(1, 2, 3, 4, 5, 6));
+    EXPECT_EQ(object.toString(), "");
+    object.setPropertyData(-2, boost::make_shared<Data>("x"));
+    EXPECT_EQ(object.toString(), "{ -2 = x}");
+    object.setPropertyData(7, nullptr);
+    EXPECT_THAT(object.toString(), testing::AnyOf("{ -2 = x}{ 7 = NULL}", "{ 7 = NULL}{ -2 = x}"));
+
+    EXPECT_TRUE(object.hasProperty(7));
+    EXPECT_EQ(object.getPropertyData(-2)->toString(), "x");
+    EXPECT_EQ(object.getPropertyData(8), nullptr);
+    object.removeProperty(7);
+    EXPECT_EQ(log.count(), 0u);
+    object.removeProperty(7);
+    EXPECT_EQ(log.count(rk::log::Warning), 1u);
+    EXPECT_EQ(object.toString(), "{ -2 = x}");
+}
+
+TEST(Human, IdsAreDifferentOnAllThreads)
+{
+    std::vector<unsigned long long> ids(400);
+    boost::thread_group threads;
+    for (int thread = 0; thread < 4; ++thread)
+        threads.create_thread([&ids, thread] {
+            for (int i = 0; i < 100; ++i)
+                ids[thread * 100 + i] = Type::Human().getId();
+        });
+    threads.join_all();
+    EXPECT_EQ(std::set<unsigned long long>(ids.begin(), ids.end()).size(), ids.size());
+    const unsigned long long next = Type::Human().getId();
+    EXPECT_EQ(Type::Human().getId(), next + 1);
+}
+
+TEST(Human, MissingThingsGiveNothingAndOneWarningWhenRemoved)
+{
+    const support::LogCapture log;
+    Type::Human human;
+    human.setId(4);
+    EXPECT_TRUE(std::isnan(human.getScore("smile")));
+    EXPECT_EQ(human.getObject2D("nose"), nullptr);
+    EXPECT_EQ(human.getObject3D("nose"), nullptr);
+    EXPECT_EQ(human.getPropertyData(7), nullptr);
+    EXPECT_EQ(human.getPosition(), nullptr);
+    EXPECT_FALSE(human.hasScore("smile") || human.hasObject2D("") || human.hasObject3D("") ||
+                 human.hasProperty(7));
+
+    human.removeScore("smile");
+    human.removeObject2D("nose");
+    human.removeObject3D("ear");
+    human.removeProperty(7);
+    EXPECT_THAT(log.messages(rk::log::Warning, "corvale.datahuman"),
+                ElementsAre("Human 4 does not have any score called \" smile\"",
+                            "Human 4 does not have any Object2D called \" nose\"",
+                            "Human 4 does not have any Object3D called \" ear\"",
+                            "Human 4 does not have any property 7"));
+}
+
+TEST(Human, KeepsWhatItWasLastGivenUntilItIsRemoved)
+{
+    const support::LogCapture log;
+    Type::Human human;
+    human.setScore("smile", 1.0f);
+    human.setScore("smile", 2.0f);
+    EXPECT_EQ(human.getScore("smile"), 2.0f);
+    human.removeScore("smile");
+    EXPECT_FALSE(human.hasScore("smile"));
+
+    const auto face = boost::make_shared<Type::Object2D>(nullptr);
+    const auto body = boost::make_shared<Type::Object3D>(nullptr);
+    human.setObject2D("it", face);
+    human.setObject3D("it", body);
+    human.removeObject3D("it");
+    EXPECT_EQ(human.getObject2D("it"), face);
+    EXPECT_FALSE(human.hasObject3D("it"));
+
+    human.setPropertyData(7, nullptr);
+    EXPECT_TRUE(human.hasProperty(7));
+    human.setPosition(boost::make_shared<Type::Vector3>(1, 2, 3));
+    EXPECT_EQ(human.getPosition()->z(), 3.0f);
+    EXPECT_EQ(log.count(), 0u);
+}
+
+} // namespace
