@@ -122,9 +122,10 @@ private:
     friend class ProcessBuilder;
 
     boost::shared_ptr<Filter> _findFilter(const std::string& name) const; // takes _filtersMutex
-    bool _loadProgramFile(const std::string& path, void* handle, const std::string& directory);
+    bool _loadProgramFile(const std::string& path, void* handle);
     bool _loadPlugin(const std::string& path, void* handle);
-    bool _markLoaded(const std::string& path);
+    bool _isLoaded(const std::string& path);
+    bool _markLoaded(const std::string& path); // false if it was marked already
 
     // Caller holds _sourcesMutex and _aliasesMutex.
     bool _isSourceNameTaken(const std::string& name) const;
@@ -140,6 +141,9 @@ private:
     template <typename Result, typename Use>
     Result _withProcess(const std::string& name, const char* operation, const char* prefix,
                         const char* suffix, Result missing, Use use) const;
+    // Reads "process:sink" by `read(process, sink)` under _processesMutex.
+    template <typename Read>
+    boost::shared_ptr<Data> _readSink(const std::string& sink, const char* operation, Read read) const;
     bool _setEnabled(const std::string& name, bool enabled, const char* operation, const char* prefix);
     void _forgetBoundSources() const; // takes _sourcesMutex
     void _rebuildSchedule(bool clearZombies);

@@ -66,7 +66,7 @@ private:
     boost::shared_ptr<Process> _takeFromWorkList();
     void _release(const boost::shared_ptr<Process>& process);
     void _sleep(long long microseconds, std::uint64_t wakesSeen);
-    void _wake();
+    void _wake(bool everyWorker);
 
     CorvalePrivate* const _engine; // owner
     const unsigned int _threadCount;

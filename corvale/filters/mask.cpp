@@ -6,6 +6,10 @@
 #include "corvale/runtime/port.h"
 #include "rk/log.h"
 
+#include <cstdint>
+#include <cstring>
+#include <limits>
+
 namespace ZR::Corvale::Filters {
 
 namespace {
@@ -27,41 +31,41 @@ const InputGuards guards(category, "Mask",
                          {Guard::count(2).quietly(), Guard::present(1).quietly(), Guard::kind(0, kinds),
                           Guard::kind(1, kinds), Guard::intact(0), Guard::intact(1), Guard::that(masks)});
 
-// `Width` components of the image go with one of the mask.
-template <typename Component, int Width>
-cv::Mat maskedComponents(const cv::Mat& image, const cv::Mat& mask)
+// With each byte of the mask go `Width` words of the image, kept or cleared as bit patterns.
+template <typename Word, int Width>
+cv::Mat maskedWords(const cv::Mat& image, const cv::Mat& mask)
 {
     cv::Mat result(image.size(), image.type());
-    forEachComponentRow<const uchar, const Component, Component>(
-        [](std::size_t count, const uchar* mask, const Component* in, Component* out) {
-            for (std::size_t i = 0; i < count; ++i)
-                for (std::size_t k = Width * i; k < Width * (i + 1); ++k) {
-                    const Component component = in[k];
-                    out[k] = mask[i] != 0 ? component : Component(0);
+    forEachComponentRow<const uchar, const uchar, uchar>(
+        [](std::size_t count, const uchar* mask, const uchar* in, uchar* out) {
+            for (std::size_t i = 0; i < count; ++i) {
+                const Word keep = mask[i] != 0 ? std::numeric_limits<Word>::max() : 0;
+                for (std::size_t k = 0; k < Width; ++k) {
+                    const std::size_t place = (i * Width + k) * sizeof(Word);
+                    Word word;
+                    std::memcpy(&word, in + place, sizeof word);
+                    word &= keep;
+                    std::memcpy(out + place, &word, sizeof word);
                 }
+            }
         },
         mask, image, result);
     return result;
 }
 
-template <typename Component>
-cv::Mat maskedPixels(const cv::Mat& image, const cv::Mat& mask)
-{
-    return image.channels() == mask.channels() ? maskedComponents<Component, 1>(image, mask)
-                                               : maskedComponents<Component, 3>(image, mask);
-}
-
 cv::Mat masked(const cv::Mat& image, const cv::Mat& mask)
 {
-    switch (image.depth()) {
-    case CV_16U:
-        return maskedPixels<ushort>(image, mask);
-    case CV_32S:
-        return maskedPixels<int>(image, mask);
-    case CV_32F:
-        return maskedPixels<float>(image, mask);
+    switch (image.elemSize() / static_cast<std::size_t>(mask.channels())) {
+    case 1:
+        return maskedWords<std::uint8_t, 1>(image, mask);
+    case 2:
+        return maskedWords<std::uint16_t, 1>(image, mask);
+    case 3:
+        return maskedWords<std::uint8_t, 3>(image, mask);
+    case 4:
+        return maskedWords<std::uint32_t, 1>(image, mask);
     default:
-        return maskedPixels<uchar>(image, mask);
+        return maskedWords<std::uint32_t, 3>(image, mask);
     }
 }
 

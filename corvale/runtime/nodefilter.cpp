@@ -1,6 +1,7 @@
 #include "corvale/runtime/nodefilter.h"
 
 #include "corvale/data/data.h"
+#include "corvale/filter/dotcluster.h"
 #include "corvale/filter/filter.h"
 #include "corvale/runtime/port.h"
 #include "rk/log.h"
@@ -191,6 +192,33 @@ void NodeFilter::_fault(const char* operation, const StringHash& processHash, co
 {
     RK_LOG(rk::log::Fatal, category)
         << getName() << "->" << operation << "(" << *processHash._string << "): " << text;
+}
+
+std::string NodeFilter::dumpToDot(long& counter, int depth) const
+{
+    DotCluster cluster(getName(), counter);
+    cluster.open("label=\"" + getName() + " (Filter Node)\";", {"style=filled;", "fillcolor=lightblue;"});
+    if (depth == 0) {
+        cluster.box(_filter->getName());
+        cluster.portShape();
+        cluster.portsOfBox(_inputs, _outputs);
+        return cluster.close();
+    }
+
+    const DotCluster inner(_filter->getName(), ++counter); // the identifiers of the filter's own cluster
+    std::string text = _filter->dumpToDot(counter, DotCluster::inside(depth));
+    text.pop_back(); // `line` ends it again
+    cluster.line(text);
+    cluster.portShape();
+    for (const boost::shared_ptr<Port>& input : _inputs) {
+        cluster.port(input->getName());
+        cluster.arrow(cluster.id(input->getName()), inner.id(input->getName()));
+    }
+    for (const boost::shared_ptr<Port>& output : _outputs) {
+        cluster.port(output->getName());
+        cluster.arrow(inner.id(output->getName()), cluster.id(output->getName()));
+    }
+    return cluster.close();
 }
 
 } // namespace ZR::Corvale

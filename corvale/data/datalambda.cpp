@@ -1,0 +1,152 @@
+#include "corvale/data/datalambda.h"
+
+#include "corvale/data/data.h"
+#include "corvale/data/datalambda_p.h"
+#include "corvale/filter/filter.h"
+#include "corvale/filter/filteradapter.h"
+#include "corvale/filter/userfilter.h"
+#include "corvale/runtime/nodefilter.h"
+#include "corvale/runtime/nodesource.h"
+#include "corvale/runtime/port.h"
+#include "corvale/runtime/stringhash.h"
+
+#include <boost/make_shared.hpp>
+#include <boost/thread/lock_guard.hpp>
+
+namespace ZR::Corvale::Type {
+
+Lambda::Lambda(boost::shared_ptr<Lambda_p> lambda) : _lambda(lambda) {}
+
+Lambda::~Lambda() = default;
+
+boost::shared_ptr<Lambda> Lambda::createLambda(boost::shared_ptr<Filter> filter)
+{
+    return boost::make_shared<Lambda>(boost::make_shared<Lambda_p>(filter));
+}
+
+boost::shared_ptr<Lambda> Lambda::createLambda(boost::shared_ptr<UserFilter> userFilter)
+{
+    return createLambda(boost::shared_ptr<Filter>(boost::make_shared<FilterAdapter>(userFilter)));
+}
+
+std::vector<boost::shared_ptr<Data>> Lambda::apply(std::vector<boost::shared_ptr<Data>> parameters)
+{
+    return _lambda->apply(parameters);
+}
+
+void Lambda::curry(std::vector<boost::shared_ptr<Data>> parameters)
+{
+    _lambda->curry(parameters);
+}
+
+boost::shared_ptr<Lambda> Lambda::clone()
+{
+    return boost::make_shared<Lambda>(_lambda->clone());
+}
+
+Lambda_p::Lambda_p(boost::shared_ptr<Filter> filter)
+    : _filter(filter),
+      _node(boost::make_shared<NodeFilter>(filter->getName(), filter))
+{
+    for (const boost::shared_ptr<Port>& input : _node->getInputs()) {
+        _sources.push_back(boost::make_shared<NodeSource>(input->getName()));
+        input->attach(_sources.back()->getOutput("out"));
+        _parameters.emplace_back(false, boost::shared_ptr<Data>());
+    }
+}
+
+Lambda_p::~Lambda_p() = default;
+
+// Takes the graph for the calling thread, which may already be inside it: a lambda can reach itself
+// through its own parameters.
+class Lambda_p::Caller
+{
+public:
+    explicit Caller(Lambda_p& lambda) : _lambda(lambda)
+    {
+        const boost::lock_guard<boost::mutex> guard(_lambda._lock);
+        _entered = _lambda._calls == 0 || _lambda._caller == boost::this_thread::get_id();
+        if (_entered) {
+            _lambda._caller = boost::this_thread::get_id();
+            ++_lambda._calls;
+        }
+    }
+    ~Caller()
+    {
+        const boost::lock_guard<boost::mutex> guard(_lambda._lock);
+        if (_entered)
+            --_lambda._calls;
+    }
+    bool entered() const { return _entered; }
+
+private:
+    Lambda_p& _lambda;
+    bool _entered;
+};
+
+std::vector<boost::shared_ptr<Data>> Lambda_p::apply(std::vector<boost::shared_ptr<Data>> parameters)
+{
+    const Caller caller(*this);
+    return caller.entered() ? _compute(parameters) : _copy(true)->_compute(parameters);
+}
+
+std::vector<boost::shared_ptr<Data>>
+Lambda_p::_compute(const std::vector<boost::shared_ptr<Data>>& parameters)
+{
+    {
+        const boost::lock_guard<boost::mutex> guard(_lock);
+        std::size_t next = 0;
+        for (std::size_t i = 0; i < _sources.size() && next < parameters.size(); ++i)
+            if (!_parameters[i].first)
+                _sources[i]->setData(parameters[next++]);
+    }
+    // The same keys at each call: what a filter keeps stays with the lambda.
+    static const StringHash hash("___@LAMBDA@___");
+    for (std::size_t i = 0; i < _node->getOutputs().size(); ++i)
+        _node->synchronize(hash, hash, 0);
+    std::vector<boost::shared_ptr<Data>> results;
+    for (const boost::shared_ptr<Port>& output : _node->getOutputs())
+        results.push_back(_node->requestData(hash, hash, 0, output));
+    for (std::size_t i = 0; i < _node->getOutputs().size(); ++i)
+        _node->synchronizeRelease(hash, hash, 0);
+    return results;
+}
+
+// A bound input is stepped over by one, a free one by two: every second free input stays free.
+void Lambda_p::curry(std::vector<boost::shared_ptr<Data>> parameters)
+{
+    if (parameters.empty() || _sources.empty())
+        return;
+    const boost::shared_ptr<Data>& value = parameters.front();
+    const boost::lock_guard<boost::mutex> guard(_lock);
+    std::size_t i = 0;
+    while (i < _sources.size()) {
+        const bool bound = _parameters[i].first;
+        if (!bound && value) {
+            _sources[i]->setData(value);
+            _parameters[i] = {true, value};
+        }
+        i += bound ? 1 : 2;
+    }
+}
+
+boost::shared_ptr<Lambda_p> Lambda_p::clone()
+{
+    return _copy(false);
+}
+
+boost::shared_ptr<Lambda_p> Lambda_p::_copy(bool withFreeValues)
+{
+    const boost::shared_ptr<Lambda_p> copy = boost::make_shared<Lambda_p>(_filter);
+    const boost::lock_guard<boost::mutex> guard(_lock);
+    for (std::size_t i = 0; i < _sources.size(); ++i) {
+        copy->_parameters[i] = _parameters[i];
+        if (_parameters[i].first)
+            copy->_sources[i]->setData(_parameters[i].second);
+        else if (withFreeValues)
+            copy->_sources[i]->setData(_sources[i]->getData());
+    }
+    return copy;
+}
+
+} // namespace ZR::Corvale::Type

@@ -1,0 +1,123 @@
+// What follows from the connections of processes: zombies, bound sources, frequencies, the next due time.
+
+#include "corvale/data/data.h"
+#include "corvale/engine/corvale_p.h"
+#include "corvale/engine/tablekeys.h"
+#include "corvale/runtime/clock.h"
+#include "corvale/runtime/nodesource.h"
+#include "corvale/runtime/nodesourcealias.h"
+#include "corvale/runtime/process.h"
+
+#include <boost/thread/lock_guard.hpp>
+
+#include <algorithm>
+
+namespace ZR::Corvale {
+
+// Passes until one changes nothing: an upstream process may turn after its place in the pass.
+void CorvalePrivate::_computeDependency(bool clear)
+{
+    const boost::lock_guard<boost::mutex> guard(_processesMutex);
+    if (clear)
+        for (const auto& entry : _processes)
+            entry.second->unZombify();
+
+    std::set<const Process*> visited;
+    for (bool changed = true; changed;) {
+        changed = false;
+        for (const auto& entry : _processes) {
+            const Process& reader = *entry.second;
+            if (!reader.isActive() || !visited.insert(&reader).second)
+                continue;
+            for (const auto& source : reader.getSources())
+                for (const std::string& name : source.second->getDependencies()) {
+                    const boost::shared_ptr<Process> upstream = _findProcess(name);
+                    if (upstream && !upstream->isActive()) {
+                        upstream->zombify();
+                        changed = true;
+                    }
+                }
+        }
+    }
+}
+
+bool CorvalePrivate::_isRead(const std::string& source) const
+{
+    return std::any_of(_processes.begin(), _processes.end(), [&](const auto& entry) {
+        return entry.second->isActive() && entry.second->getSources().count(source) != 0;
+    });
+}
+
+// By name alone, known or not, and remembered: the question stands before each expensive acquisition of
+// a value. An entry that another thread put there first stays.
+bool CorvalePrivate::isSourceBound(const std::string& name) const
+{
+    {
+        const boost::lock_guard<boost::mutex> sources(_sourcesMutex);
+        const auto known = _sourceBoundCache.find(name);
+        if (known != _sourceBoundCache.end())
+            return known->second;
+    }
+    const boost::lock_guard<boost::mutex> processes(_processesMutex);
+    const boost::lock_guard<boost::mutex> sources(_sourcesMutex);
+    const boost::lock_guard<boost::mutex> aliases(_aliasesMutex);
+    const std::set<std::string> names = findIn(_aliasesOfSource, name);
+    const bool bound = _isRead(name)
+                       || std::any_of(names.begin(), names.end(),
+                                      [&](const std::string& alias) { return _isRead(alias); });
+    _sourceBoundCache.emplace(name, bound);
+    return bound;
+}
+
+float CorvalePrivate::_frequencyOf(const std::string& source) const
+{
+    float best = 0.0f;
+    for (const auto& entry : _processes)
+        if (entry.second->isActive() && entry.second->getSources().count(source) != 0)
+            best = std::max(best, entry.second->getFrequency());
+    return best;
+}
+
+float CorvalePrivate::getSourceFrequency(const std::string& name) const
+{
+    const boost::lock_guard<boost::mutex> processes(_processesMutex);
+    const boost::lock_guard<boost::mutex> aliases(_aliasesMutex);
+    float best = _frequencyOf(name);
+    for (const std::string& alias : findIn(_aliasesOfSource, name))
+        best = std::max(best, _frequencyOf(alias));
+    return best;
+}
+
+std::vector<boost::shared_ptr<Process>> CorvalePrivate::getSchedulableProcesses() const
+{
+    std::vector<boost::shared_ptr<Process>> processes;
+    const boost::lock_guard<boost::mutex> guard(_processesMutex);
+    for (const auto& entry : _processes)
+        if (entry.second->getPriority() != 0 && entry.second->isActive())
+            processes.push_back(entry.second);
+    return processes;
+}
+
+// A process of frequency 0 never limits the sleep.
+long long CorvalePrivate::_getNextComputationTime() const
+{
+    const long long now = currentMicroseconds();
+    long long least = 100000;
+    const boost::lock_guard<boost::mutex> guard(_processesMutex);
+    for (const auto& entry : _processes) {
+        const Process& process = *entry.second;
+        if (process.getPriority() != 0 && process.isActive() && process.getFrequency() != 0.0f)
+            least = std::min(least, std::max(0LL, process.getTimeToLive(now)));
+    }
+    return least;
+}
+
+float CorvalePrivate::_getComputationMaxFrequency() const
+{
+    float greatest = 0.0f;
+    for (const boost::shared_ptr<Process>& process : getSchedulableProcesses())
+        greatest = std::max(greatest, process->getFrequency());
+    return greatest;
+}
+
+} // namespace ZR::Corvale

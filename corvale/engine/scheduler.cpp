@@ -1,0 +1,217 @@
+#include "corvale/engine/scheduler.h"
+
+#include "corvale/engine/corvale_p.h"
+#include "corvale/runtime/process.h"
+#include "rk/log.h"
+#include "rk/os.h"
+
+#include <boost/chrono/duration.hpp>
+#include <boost/chrono/system_clocks.hpp>
+#include <boost/thread/lock_guard.hpp>
+#include <boost/thread/locks.hpp>
+#include <boost/thread/thread.hpp>
+
+#include <sched.h>
+#include <sys/prctl.h>
+
+#include <algorithm>
+
+namespace ZR::Corvale {
+
+namespace {
+
+[[maybe_unused]] const std::string category = rk::log::addCategory("corvale.scheduler");
+
+constexpr long long longestSleep = 100000; // microseconds
+
+} // namespace
+
+Scheduler::Scheduler(CorvalePrivate* engine, unsigned int threads) : _engine(engine), _threadCount(threads)
+{
+}
+
+Scheduler::~Scheduler()
+{
+    stop();
+}
+
+bool Scheduler::start()
+{
+    const boost::lock_guard<boost::mutex> guard(_stateMutex);
+    if (_running)
+        return true;
+    _running = true;
+    for (unsigned int i = 0; i < _threadCount; ++i)
+        _threads.push_back(std::make_unique<boost::thread>([this] { run(); }));
+    return true;
+}
+
+bool Scheduler::stop()
+{
+    const boost::lock_guard<boost::mutex> guard(_stateMutex);
+    if (!_running)
+        return true;
+    _running = false;
+    _wake(true);
+    for (const std::unique_ptr<boost::thread>& thread : _threads)
+        thread->join();
+    _threads.clear();
+    return true;
+}
+
+bool Scheduler::update()
+{
+    std::vector<Share> shares;
+    for (const boost::shared_ptr<Process>& process : _engine->getSchedulableProcesses()) {
+        // The priority may fall to 0 at any moment; then the share is the least.
+        const unsigned int priority = std::max(process->getPriority(), 1u);
+        shares.emplace_back(process, 1u << (priority - 1));
+    }
+    std::sort(shares.begin(), shares.end(), processSort);
+    const unsigned int least = shares.empty() ? 1 : shares.front().second;
+    for (Share& share : shares)
+        share.second /= least;
+
+    std::vector<boost::shared_ptr<Process>> schedule;
+    buildSchedulingList(&schedule, &shares);
+    {
+        const boost::lock_guard<boost::mutex> guard(_scheduleMutex);
+        _schedule.swap(schedule);
+    }
+    _wake(true);
+    return true;
+}
+
+std::vector<boost::shared_ptr<Process>> Scheduler::getScheduledProcessList() const
+{
+    const boost::lock_guard<boost::mutex> guard(_scheduleMutex);
+    return _schedule;
+}
+
+// Without workers nobody would ever take the process, and the list would only grow.
+bool Scheduler::addProcessToScheduledProcessList(boost::shared_ptr<Process> process)
+{
+    if (_threadCount == 0)
+        return true;
+    {
+        const boost::lock_guard<boost::mutex> guard(_workMutex);
+        _workList.push_back(process);
+    }
+    _wake(false);
+    return true;
+}
+
+void Scheduler::buildSchedulingList(std::vector<boost::shared_ptr<Process>>* out, std::vector<Share>* in)
+{
+    if (in->empty())
+        return;
+    if (in->back().second == 1) {
+        for (const Share& share : *in)
+            out->push_back(share.first);
+        return;
+    }
+    std::vector<Share> high;
+    std::vector<Share> low;
+    for (const Share& share : *in) {
+        if (share.second == 1)
+            low.push_back(share);
+        else
+            high.emplace_back(share.first, share.second >> 1);
+    }
+    buildSchedulingList(out, &high);
+    buildSchedulingList(out, &low);
+    buildSchedulingList(out, &high);
+}
+
+// The body of a worker. An exception of a filter or callback ends the program here, by design: a worker
+// has nobody to hand it to.
+void Scheduler::run()
+{
+    // Sleeps end within microseconds of their time, not within the usual slack of 50 of them.
+    prctl(PR_SET_TIMERSLACK, 1UL);
+    while (_running) {
+        sched_yield();
+        if (const boost::shared_ptr<Process> process = getNextProcess())
+            _visit(process);
+    }
+    std::vector<boost::shared_ptr<Process>> dropped;
+    const boost::lock_guard<boost::mutex> guard(_workMutex);
+    dropped.swap(_workList);
+}
+
+void Scheduler::_visit(const boost::shared_ptr<Process>& process)
+{
+    const StringHash name = process->getNameHash();
+    if (!_engine->isProcess(*name._string)) { // deleted since it entered the list
+        _release(process);
+        update();
+        return;
+    }
+    if (process->getPriority() != 0) {
+        rk::os::setCurrentThreadName("CorWrk_" + *name._string);
+        process->update();
+    }
+    _release(process);
+}
+
+boost::shared_ptr<Process> Scheduler::getNextProcess()
+{
+    std::uint64_t wakesSeen = 0;
+    {
+        const boost::lock_guard<boost::mutex> guard(_sleepMutex);
+        wakesSeen = _wakes;
+    }
+    bool nothingToTake = false; // no slot, or every slot seems to be in hand
+    {
+        const boost::lock_guard<boost::mutex> work(_workMutex);
+        if (!_workList.empty())
+            return _takeFromWorkList();
+        const boost::lock_guard<boost::mutex> schedule(_scheduleMutex);
+        _workList = _schedule;
+        nothingToTake = _workList.empty() || _workList.size() == _activeProcesses.size();
+    }
+    rk::os::setCurrentThreadName("CorWrk_idle");
+    _sleep(nothingToTake ? longestSleep : _engine->_getNextComputationTime(), wakesSeen);
+    return boost::shared_ptr<Process>();
+}
+
+// Takes the last entry that no worker holds and whose `update` would do something; what is passed over is
+// gone for this pass. Most slots of a pass are not due, and pass at the cost of a comparison.
+boost::shared_ptr<Process> Scheduler::_takeFromWorkList()
+{
+    while (!_workList.empty()) {
+        boost::shared_ptr<Process> process = std::move(_workList.back());
+        _workList.pop_back();
+        if (process->isActive() && !process->isValid() && _activeProcesses.insert(process).second)
+            return process;
+    }
+    return boost::shared_ptr<Process>();
+}
+
+void Scheduler::_release(const boost::shared_ptr<Process>& process)
+{
+    const boost::lock_guard<boost::mutex> guard(_workMutex);
+    _activeProcesses.erase(process);
+}
+
+// Ends early when there is a reason to stay awake that the caller has not seen yet.
+void Scheduler::_sleep(long long microseconds, std::uint64_t wakesSeen)
+{
+    boost::unique_lock<boost::mutex> lock(_sleepMutex);
+    _sleepers.wait_for(lock, boost::chrono::microseconds(microseconds),
+                       [&] { return _wakes != wakesSeen || !_running; });
+}
+
+void Scheduler::_wake(bool everyWorker)
+{
+    {
+        const boost::lock_guard<boost::mutex> guard(_sleepMutex);
+        ++_wakes;
+    }
+    if (everyWorker)
+        _sleepers.notify_all();
+    else
+        _sleepers.notify_one();
+}
+
+} // namespace ZR::Corvale
