@@ -63,8 +63,7 @@ TEST_F(ProgramTest, EveryRefusalHasItsLineAndEndsTheProgram)
     };
     using HeadersAndLines = std::pair<std::string, std::string>[];
     for (const auto& [header, line] :
-         HeadersAndLines{{"p", "inputs, outputs): Invalid process declaration"},
-                         {"p(f) x", "inputs, outputs): Invalid process declaration"},
+         HeadersAndLines{{"p(f) x", "inputs, outputs): Invalid process declaration"},
                          {"p( )", "priority, frequency): expected at least a filter name."},
                          {"p(f,1.)", "priority, frequency): priority \"1.\" is not a valid integer"},
                          {"p(f,1,e)", "priority, frequency): frequency \"e\" is not a valid float."}})

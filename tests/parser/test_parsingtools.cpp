@@ -20,7 +20,7 @@ TEST(ParsingTools, BlocksAlternateUnlessAPartIsEmpty)
     EXPECT_THAT(blocks("a{b}{}c{ } {d}"), ElementsAre("a", "b", "c", "", "", "d"));
     EXPECT_THAT(blocks("a}\t{\nb{c}{d}[e}{f { g "), ElementsAre("a}", "b{c}{d}[e", "f { g"));
     EXPECT_THAT(blocks("{\"}\\\"{\"} \v\0 "s), ElementsAre("\"}\\\"{\"", "\v\0"s));
-    EXPECT_THAT(blocks(""), ElementsAre());
+    EXPECT_THAT(blocks("a {\"b} \\"), ElementsAre("a", "\"b} \\\0"s));
 }
 
 TEST(ParsingTools, ListsSeeQuotesAndNoBrackets)
@@ -28,14 +28,8 @@ TEST(ParsingTools, ListsSeeQuotesAndNoBrackets)
     EXPECT_THAT(listString(',', ",a(b,c),, ,\",\\\",\\\\\","),
                 ElementsAre("a(b", "c)", "", "\",\\\",\\\\\""));
     EXPECT_THAT(listString(',', "a, "), ElementsAre("a", ""));
-}
-
-TEST(ParsingTools, AStringThatNeverClosesTakesTheTerminatingNulAlong)
-{
-    EXPECT_THAT(listString(';', "a;\"b;c "), ElementsAre("a", "\"b;c \0"s));
-    EXPECT_THAT(blockString('{', '}', "a {\"b} \\"), ElementsAre("a", "\"b} \\\0"s));
-    // A NUL inside the text ends the string as well, and the cutting goes on behind it.
-    EXPECT_THAT(listString(';', "\"a;\0b;c"s), ElementsAre("\"a;\0b"s, "c"));
+    // A string that never closes takes the terminating NUL along; a NUL in the text ends it as well.
+    EXPECT_THAT(listString(';', "\"a;\0b;\"c; "s), ElementsAre("\"a;\0b"s, "\"c; \0"s));
 }
 
 TEST(ParsingTools, SplitsAtTheFirstSeparatorAndAtBlanks)
@@ -60,15 +54,14 @@ TEST(ParsingTools, LiteralsAreRecognisedByTheirBytes)
     EXPECT_FALSE(isString("\"a\"b") || isString(" ") || isBool("True") || isBool(" true"));
 }
 
-TEST(ParsingTools, IntegersWrap)
+TEST(ParsingTools, IntegersWrapAndCountOtherBytesAsZero)
 {
-    const std::pair<const char*, int> cases[] = {
-        {"", 0},           {"-", 0},          {"-12", -12},
-        {"1x2", 102},      {"0x10", 16},      {"0xfFg1", 0xff01},
-        {"-0x1", -1},      {"4294967297", 1}, {"2147483648", -2147483647 - 1},
-        {"-4294967295", 1}};
-    for (const auto& [text, value] : cases)
-        EXPECT_EQ(toInteger(text), value) << text;
+    EXPECT_EQ(toInteger("") + toInteger("-"), 0);
+    EXPECT_EQ(toInteger("-1x2"), -102);
+    EXPECT_EQ(toInteger("0xfFg1"), 0xff01);
+    EXPECT_EQ(toInteger("-0x1"), -1);
+    EXPECT_EQ(toInteger("2147483648"), -2147483647 - 1);
+    EXPECT_EQ(toInteger("-4294967297"), -1);
 }
 
 TEST(ParsingTools, FloatsAreSummedStepByStepInSinglePrecision)
@@ -76,13 +69,11 @@ TEST(ParsingTools, FloatsAreSummedStepByStepInSinglePrecision)
     EXPECT_EQ(toFloat("") + toFloat(".") + toFloat("-1x2.y5.0"), -12.5f);
     EXPECT_EQ(toFloat("3.14159"), 0x1.921f9cp+1f); // one bit off the nearest float
     EXPECT_EQ(toFloat("infinity"), INFINITY);
-    EXPECT_EQ(toFloat(std::string(60, '9') + "." + std::string(60, '9')), INFINITY);
 }
 
 TEST(ParsingTools, StringLiteralsUnescapeAndStayInsideTheirText)
 {
-    EXPECT_EQ(toString(R"("a\t\n\r\0\"\\\x")"), "a\t\n\r\0\"\\x"s);
-    EXPECT_EQ(toString("\"a\\\""), "a");
+    EXPECT_EQ(toString(R"("a\t\n\r\0\"\\\x\")"), "a\t\n\r\0\"\\x"s);
     for (const char* text : {"", "\"", "\"\"", "      ", "  \""})
         EXPECT_EQ(toString(text), "") << text;
     EXPECT_EQ(toString("  \"a\"     "), "a\"");
