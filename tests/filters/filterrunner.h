@@ -1,0 +1,60 @@
+#pragma once
+
+#include "corvale/filter/filter.h"
+#include "corvale/filter/memorymanager.h"
+#include "corvale/filters/builtinfilters.h"
+#include "corvale/filters/values.h"
+#include "corvale/runtime/stringhash.h"
+#include "support/logcapture.h"
+
+#include <map>
+#include <stdexcept>
+#include <string>
+
+namespace support {
+
+using ZR::Corvale::Data;
+using ZR::Corvale::DataType;
+using ZR::Corvale::Filters::Values;
+
+/// A value, for lists of inputs.
+template <typename Content>
+boost::shared_ptr<Data> value(const Content& content)
+{
+    return boost::make_shared<Data>(content);
+}
+
+/// Runs the built-in filters directly, without a node around them, and keeps what they log.
+class FilterRunner
+{
+public:
+    FilterRunner()
+    {
+        for (const auto& filter : ZR::Corvale::Filters::makeBuiltinFilters()) {
+            filter->bindMemoryManager(&memory);
+            filters[filter->getName()] = filter;
+        }
+    }
+
+    Values operator()(const std::string& filter, const Values& inputs, const std::string& process = "process",
+                      const std::string& scope = "scope")
+    {
+        using ZR::Corvale::StringHash;
+        return filters.at(filter)->applyFilter(inputs, StringHash(process), StringHash(scope), 0);
+    }
+
+    /// The one value that comes out.
+    boost::shared_ptr<Data> only(const std::string& filter, const Values& inputs)
+    {
+        const Values outputs = (*this)(filter, inputs);
+        if (outputs.size() != 1 || !outputs[0])
+            throw std::logic_error(filter + " gave not one value");
+        return outputs[0];
+    }
+
+    LogCapture log;
+    ZR::Corvale::MemoryManager memory;
+    std::map<std::string, boost::shared_ptr<ZR::Corvale::Filter>> filters;
+};
+
+} // namespace support

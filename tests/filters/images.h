@@ -1,0 +1,95 @@
+#pragma once
+
+#include "corvale/filters/dataconversion.h"
+#include "corvale/filters/kinds.h"
+#include "corvale/filters/values.h"
+
+#include <gtest/gtest.h>
+#include <opencv2/core.hpp>
+
+namespace support {
+
+using ZR::Corvale::DataType;
+
+/// A size, and whether the matrix of that size is part of a larger one.
+struct Shape
+{
+    cv::Size size;
+    bool part;
+
+    /// Pixels at random, the least and the greatest value more often than others.
+    cv::Mat random(int type) const
+    {
+        static cv::RNG generator(4711);
+        const cv::Size larger(size.width + 5, size.height + 3);
+        cv::Mat matrix(part ? larger : size, type);
+        const double greatest = matrix.depth() == CV_8U ? 255 : matrix.depth() == CV_16U ? 65535 : 1e9;
+        const double least = greatest == 1e9 ? -1e9 : 0;
+        if (!matrix.empty())
+            generator.fill(matrix, cv::RNG::UNIFORM, least - greatest / 8, greatest + greatest / 8);
+        return part ? matrix(cv::Rect(cv::Point(2, 1), size)) : matrix;
+    }
+};
+
+/// Calls `test(shape)` for sizes that leave a rest to loops in steps, alone and as part of a larger matrix.
+template <typename Test>
+void forEachShape(Test test)
+{
+    const cv::Size sizes[] = {{0, 0}, {1, 1}, {2, 1}, {1, 5}, {7, 3}, {33, 2}, {67, 5}, {130, 3}};
+    for (const cv::Size& size : sizes)
+        for (const bool part : {false, true}) {
+            SCOPED_TRACE(testing::Message() << size << (part ? " as a part" : ""));
+            test(Shape{size, part});
+        }
+}
+
+/// The type of matrix of a kind of images.
+inline int matTypeOf(DataType kind)
+{
+    int type = -1;
+    ZR::Corvale::Filters::visitImageClass(
+        kind, [&](auto imageClass) { type = decltype(imageClass)::type::MatType; });
+    return type;
+}
+
+/// One component, of 8 or 16 bits.
+inline int at(const cv::Mat& matrix, int y, int x, int component)
+{
+    const int i = x * matrix.channels() + component;
+    return matrix.depth() == CV_8U ? matrix.ptr<uchar>(y)[i] : matrix.ptr<ushort>(y)[i];
+}
+
+/// Expects a matrix of this size and type whose components are `literal(y, x, component)`.
+template <typename Literal>
+void expectComponents(const cv::Mat& actual, cv::Size size, int type, Literal literal)
+{
+    ASSERT_EQ(actual.size(), size);
+    ASSERT_EQ(actual.type(), type);
+    for (int y = 0; y < size.height; ++y)
+        for (int x = 0; x < size.width; ++x)
+            for (int c = 0; c < actual.channels(); ++c)
+                ASSERT_EQ(at(actual, y, x, c), literal(y, x, c)) << "row " << y << " column " << x;
+}
+
+/// An image of that kind, with an origin that no image has by default.
+inline boost::shared_ptr<ZR::Corvale::Data> imageOf(DataType kind, const cv::Mat& matrix)
+{
+    using namespace ZR::Corvale;
+    static const auto origin = boost::make_shared<Data>(
+        boost::make_shared<Type::GrayscaleImage>(cv::Mat(), "camera", Type::Time(5), 1.5f, 0.5f));
+    return cvMatToData(matrix, kind, origin);
+}
+
+inline bool hasOrigin(const boost::shared_ptr<ZR::Corvale::Data>& data)
+{
+    using namespace ZR::Corvale;
+    bool result = false;
+    Filters::visitImageClass(data->getType(), [&](auto imageClass) {
+        const auto& image = *Filters::payload<typename decltype(imageClass)::type>(data);
+        result = image.name == "camera" && image.timestamp == Type::Time(5) && image.fovX == 1.5f &&
+                 image.fovY == 0.5f;
+    });
+    return result;
+}
+
+} // namespace support

@@ -1,0 +1,199 @@
+#include "corvale/data/datalambda.h"
+#include "corvale/runtime/port.h"
+#include "filters/filterrunner.h"
+#include "filters/images.h"
+
+#include <algorithm>
+#include <set>
+
+using namespace support;
+using namespace ZR::Corvale;
+
+namespace {
+
+// A filter, its ports as `optional name[Type Type]`, and inputs that it computes from.
+struct Row
+{
+    std::string name;
+    std::string inputs;
+    std::string outputs;
+    Values good;
+};
+
+std::string operands(const std::string& images)
+{
+    const std::string types = "[Integer Float Double " + images + "]";
+    return "left" + types + " right" + types;
+}
+
+// In the order of registration.
+std::vector<Row> rows()
+{
+    const auto color = imageOf(DataType::ColorImage, cv::Mat(2, 3, CV_8UC3, cv::Scalar::all(1)));
+    const auto gray = imageOf(DataType::GrayscaleImage, cv::Mat(2, 3, CV_8UC1, cv::Scalar(1)));
+    const auto binary = imageOf(DataType::BinaryImage, cv::Mat(2, 3, CV_8UC1, cv::Scalar(1)));
+    const auto array = value(Values{color});
+    const auto lambda = value(Type::Lambda::createLambda(FilterRunner().filters["Identity"]));
+    // clang-format off
+    std::vector<Row> table = {
+        {"Accum", "in[ColorImage GrayscaleImage DepthImage] factor[Float]", "out", {color, value(0.5f)}},
+        {"Add", operands("ColorImage GrayscaleImage BinaryImage"), "out", {color, color}},
+        {"Append", "item optional array[Array]", "out", {color, array}},
+        {"Apply", "fun[Lambda] param[Array]", "out", {lambda, array}},
+        {"Curry", "fun[Lambda] param[Array]", "out", {lambda, array}},
+        {"Dispatch", "optional in state[Boolean]", "ontrue onfalse", {color, value(true)}},
+        {"Duplicate", "in", "left right", {color}},
+        {"Head", "in[Array]", "out", {array}},
+        {"Identity", "in", "out", {color}},
+        {"Invert", "in[Boolean ColorImage GrayscaleImage BinaryImage]", "out", {color}},
+        {"Luminance", "in[ColorImage]", "out[GrayscaleImage]", {color}},
+        {"Mask", "mask[BinaryImage] in[ColorImage GrayscaleImage LabelImage DepthImage BinaryImage XYZImage]",
+         "out", {binary, color}},
+        {"Max", operands("ColorImage GrayscaleImage"), "out", {color, color}},
+        {"Min", operands("ColorImage GrayscaleImage"), "out", {gray, gray}},
+        {"Multiplex", "optional master optional slave", "out", {color, gray}},
+        {"Multiply", operands("ColorImage BinaryImage GrayscaleImage"), "out", {color, color}},
+        {"Print", "optional in", "out", {color}},
+        {"Sub", operands("ColorImage GrayscaleImage DepthImage"), "out", {gray, gray}},
+        {"Threshold", "in[ColorImage DepthImage GrayscaleImage] ceil[Integer]", "out[BinaryImage]", {gray, value(1)}},
+    };
+    // clang-format on
+    std::string in, out;
+    for (int count = 1; count <= 8; ++count) {
+        in += (count > 1 ? " in" : "in") + std::to_string(count);
+        out += (count > 1 ? " out" : "out") + std::to_string(count);
+        table.push_back({"Mandatory" + std::to_string(count), in, out, Values(count, color)});
+    }
+    return table;
+}
+
+std::string describe(const std::vector<boost::shared_ptr<Port>>& ports)
+{
+    std::string text;
+    for (const auto& port : ports) {
+        text += (text.empty() ? "" : " ") + std::string(port->isOptional() ? "optional " : "");
+        text += port->getName();
+        for (std::size_t i = 0; i < port->getTypes().size(); ++i)
+            text += (i == 0 ? "[" : " ") + Data::getTypeName(port->getTypes()[i]);
+        text += port->getTypes().empty() ? "" : "]";
+    }
+    return text;
+}
+
+TEST(BuiltinFilters, StandInTheirOrderWithTheirPorts)
+{
+    const auto filters = Filters::makeBuiltinFilters();
+    const std::vector<Row> table = rows();
+    ASSERT_EQ(filters.size(), table.size());
+    for (std::size_t i = 0; i < filters.size(); ++i) {
+        EXPECT_EQ(filters[i]->getName(), table[i].name);
+        EXPECT_EQ(describe(filters[i]->getInputs()), table[i].inputs);
+        EXPECT_EQ(describe(filters[i]->getOutputs()), table[i].outputs);
+    }
+}
+
+// Values with the tag of a kind but not what belongs to it: no payload, or a matrix that does not suit.
+Values spoiled(DataType kind)
+{
+    Values values;
+    Filters::visitImageClass(kind, [&](auto imageClass) {
+        using Image = typename decltype(imageClass)::type;
+        const int cube[] = {2, 3, 4};
+        const int otherType = Image::MatType == CV_8UC1 ? CV_8UC3 : CV_8UC1;
+        values = {value(boost::shared_ptr<Image>()), imageOf(kind, cv::Mat(2, 3, CV_64FC2)),
+                  imageOf(kind, cv::Mat(2, 3, otherType)), imageOf(kind, cv::Mat(3, cube, Image::MatType))};
+    });
+    if (kind == DataType::Lambda)
+        values.push_back(value(boost::shared_ptr<Type::Lambda>()));
+    return values;
+}
+
+class BadInputs : public testing::TestWithParam<Row>
+{
+protected:
+    // Runs the filter, which may log nothing or its error line; tells whether a value came out.
+    bool givesValue(const Values& inputs)
+    {
+        run.log.clear();
+        const Values outputs = run(row.name, inputs);
+        const auto lines = run.log.messages(rk::log::Error);
+        EXPECT_EQ(run.log.messages(rk::log::Error, category), lines);
+        refused = lines == std::vector<std::string>{" [Invalid Input] -> " + row.name + " -> ..."};
+        EXPECT_TRUE(refused || lines.empty());
+        return std::any_of(outputs.begin(), outputs.end(), [](const auto& output) { return bool(output); });
+    }
+    Values with(std::size_t input, const boost::shared_ptr<Data>& bad)
+    {
+        Values inputs = row.good;
+        inputs[input] = bad;
+        return inputs;
+    }
+    bool isOneOf(const std::set<std::string>& names) { return names.count(row.name) > 0; }
+
+    const Row row = GetParam();
+    const std::string category =
+        "corvale.filter." + std::string(1, char(std::tolower(row.name[0]))) + row.name.substr(1);
+    FilterRunner run;
+    const std::vector<boost::shared_ptr<Port>>& ports = run.filters[row.name]->getInputs();
+    bool refused = false;
+};
+
+TEST_P(BadInputs, OfAnotherNumberAreSurvived)
+{
+    Values inputs = row.good;
+    inputs.push_back(row.good.back());
+    givesValue(inputs);
+    for (inputs = row.good; !inputs.empty();) {
+        inputs.pop_back();
+        EXPECT_EQ(givesValue(inputs), !inputs.empty() && isOneOf({"Append", "Multiplex"}));
+    }
+}
+
+TEST_P(BadInputs, ThatAreNullGiveNoValue)
+{
+    for (std::size_t i = 0; i < row.good.size(); ++i)
+        EXPECT_EQ(givesValue(with(i, nullptr)), isOneOf({"Append", "Multiplex"})) << i;
+}
+
+TEST_P(BadInputs, OfAKindThatThePortRefusesGiveNoValue)
+{
+    Values ofEveryKind{value(true),
+                       value(1),
+                       value(1u),
+                       value(1.0f),
+                       value(1.0),
+                       value("a"),
+                       value(Data()),
+                       value(Values{}),
+                       value(boost::shared_ptr<void>()),
+                       value(boost::shared_ptr<Type::MatrixImage>()),
+                       value(boost::shared_ptr<Type::Lambda>())};
+    for (int kind = DataType::ColorImage; kind <= DataType::XYZImage; ++kind)
+        ofEveryKind.push_back(imageOf(DataType(kind), cv::Mat(2, 3, matTypeOf(DataType(kind)))));
+    for (std::size_t i = 0; i < ports.size(); ++i)
+        for (const auto& bad : ofEveryKind) {
+            const DataType kind = bad->getType();
+            // What is no Boolean counts as false; a mask of other bytes is as good as one of bits.
+            const bool taken =
+                row.name == "Dispatch" ||
+                (row.name == "Mask" && kind <= DataType::GrayscaleImage && kind >= DataType::ColorImage);
+            EXPECT_TRUE(ports[i]->isCompatible(kind) || givesValue(with(i, bad)) == taken)
+                << i << " " << Data::getTypeName(kind);
+        }
+}
+
+TEST_P(BadInputs, WithAMatrixThatDoesNotSuitGiveNoValueAndTheErrorLine)
+{
+    for (std::size_t i = 0; i < ports.size(); ++i)
+        for (const auto& bad : spoiled(row.good[i]->getType())) {
+            if (ports[i]->getTypes().empty())
+                continue; // what takes everything does not look into it
+            EXPECT_FALSE(givesValue(with(i, bad))) << i;
+            EXPECT_TRUE(refused) << i;
+        }
+}
+
+INSTANTIATE_TEST_SUITE_P(AllFilters, BadInputs, testing::ValuesIn(rows()),
+                         [](const auto& info) { return info.param.name; });
+
+} // namespace
