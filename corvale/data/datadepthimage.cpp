@@ -5,6 +5,7 @@
 namespace ZR::Corvale::Type {
 
 namespace {
+
 const std::string LogCategory = rk::log::addCategory("corvale.datadepthimage");
 
 constexpr int Nearest = 200; // millimetres
@@ -18,7 +19,7 @@ std::array<PackedColor, Farthest + 1> distanceColors()
         colors[distance] = distance == 0 ? Black
                            : distance < Nearest
                                ? DarkGrey
-                               : distanceColor(static_cast<float>(distance - Nearest) / 3800.0f);
+                               : distanceColor(static_cast<float>(distance - Nearest) / (Farthest - Nearest));
     return colors;
 }
 

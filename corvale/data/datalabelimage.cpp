@@ -7,6 +7,7 @@
 namespace ZR::Corvale::Type {
 
 namespace {
+
 const std::string LogCategory = rk::log::addCategory("corvale.datalabelimage");
 
 // The greatest label, at most the number of pixels; 0 if there are only labels below.

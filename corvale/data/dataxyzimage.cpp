@@ -5,6 +5,7 @@
 namespace ZR::Corvale::Type {
 
 namespace {
+
 const std::string LogCategory = rk::log::addCategory("corvale.dataxyzimage");
 
 // All of it is computed for every pixel and chosen from at the end, so that the loop has no branches.

@@ -4,7 +4,6 @@
 #include "corvale/data/datahuman.h"
 #include "corvale/data/dataobject2d.h"
 #include "corvale/data/dataobject3d.h"
-#include "corvale/data/datavector3.h"
 
 #include "support/logcapture.h"
 
@@ -32,10 +31,8 @@ TEST(Histogram, LooksAtTheBinsOfAChannel)
     EXPECT_EQ(histogram.max(2), 7.0f);
     EXPECT_EQ(histogram.min(), 1.0f);
     EXPECT_EQ(histogram.max(), 9.0f);
-    histogram.data(1, 2) = -4;
-    EXPECT_EQ(bins[5], -4.0f);
     histogram.clear();
-    EXPECT_EQ(bins[4], 0.0f);
+    EXPECT_EQ(bins[5], 0.0f);
 }
 
 TEST(Histogram, FindsItsGreatestBins)
@@ -65,14 +62,10 @@ TEST(Histogram, EmptyOnesAndMissingChannelsReadNothing)
 TEST(AudioBuffer, CopiesConstSamplesAndWrapsOthers)
 {
     short samples[] = {0, 1, 2, 3, 4, 5};
-    const short* constSamples = samples;
-    const Type::AudioBuffer copy(constSamples, 6, 2, 16'000, Type::Time(5));
-    Type::AudioBuffer wrap(samples, 6, 2, 16'000, Type::Time(5));
-    wrap.data(2, 1) = 9;
+    const Type::AudioBuffer copy(static_cast<const short*>(samples), 6, 2, 16'000, Type::Time(5));
+    Type::AudioBuffer(samples, 6, 2, 16'000, Type::Time(5)).data(2, 1) = 9;
     EXPECT_EQ(samples[5], 9);
     EXPECT_EQ(copy.data(2, 1), 5);
-    EXPECT_EQ(copy.getTimestamp(), Type::Time(5));
-    EXPECT_EQ(copy.getSampleRate(), 16'000u);
 }
 
 TEST(Objects, WriteTheirPropertiesOneAfterTheOther)
@@ -85,9 +78,7 @@ TEST(Objects, WriteTheirPropertiesOneAfterTheOther)
     object.setPropertyData(7, nullptr);
     EXPECT_THAT(object.toString(), testing::AnyOf("{ -2 = x}{ 7 = NULL}", "{ 7 = NULL}{ -2 = x}"));
 
-    EXPECT_TRUE(object.hasProperty(7));
     EXPECT_EQ(object.getPropertyData(-2)->toString(), "x");
-    EXPECT_EQ(object.getPropertyData(8), nullptr);
     object.removeProperty(7);
     EXPECT_EQ(log.count(), 0u);
     object.removeProperty(7);
@@ -106,8 +97,6 @@ TEST(Human, IdsAreDifferentOnAllThreads)
         });
     threads.join_all();
     EXPECT_EQ(std::set<unsigned long long>(ids.begin(), ids.end()).size(), ids.size());
-    const unsigned long long next = Type::Human().getId();
-    EXPECT_EQ(Type::Human().getId(), next + 1);
 }
 
 TEST(Human, MissingThingsGiveNothingAndOneWarningWhenRemoved)
@@ -115,11 +104,11 @@ TEST(Human, MissingThingsGiveNothingAndOneWarningWhenRemoved)
     const support::LogCapture log;
     Type::Human human;
     human.setId(4);
+    human.setScore("nose", 1.0f); // other tables know nothing of it
     EXPECT_TRUE(std::isnan(human.getScore("smile")));
     EXPECT_EQ(human.getObject2D("nose"), nullptr);
     EXPECT_EQ(human.getObject3D("nose"), nullptr);
     EXPECT_EQ(human.getPropertyData(7), nullptr);
-    EXPECT_EQ(human.getPosition(), nullptr);
     EXPECT_FALSE(human.hasScore("smile") || human.hasObject2D("") || human.hasObject3D("") ||
                  human.hasProperty(7));
 
@@ -132,31 +121,6 @@ TEST(Human, MissingThingsGiveNothingAndOneWarningWhenRemoved)
                             "Human 4 does not have any Object2D called \" nose\"",
                             "Human 4 does not have any Object3D called \" ear\"",
                             "Human 4 does not have any property 7"));
-}
-
-TEST(Human, KeepsWhatItWasLastGivenUntilItIsRemoved)
-{
-    const support::LogCapture log;
-    Type::Human human;
-    human.setScore("smile", 1.0f);
-    human.setScore("smile", 2.0f);
-    EXPECT_EQ(human.getScore("smile"), 2.0f);
-    human.removeScore("smile");
-    EXPECT_FALSE(human.hasScore("smile"));
-
-    const auto face = boost::make_shared<Type::Object2D>(nullptr);
-    const auto body = boost::make_shared<Type::Object3D>(nullptr);
-    human.setObject2D("it", face);
-    human.setObject3D("it", body);
-    human.removeObject3D("it");
-    EXPECT_EQ(human.getObject2D("it"), face);
-    EXPECT_FALSE(human.hasObject3D("it"));
-
-    human.setPropertyData(7, nullptr);
-    EXPECT_TRUE(human.hasProperty(7));
-    human.setPosition(boost::make_shared<Type::Vector3>(1, 2, 3));
-    EXPECT_EQ(human.getPosition()->z(), 3.0f);
-    EXPECT_EQ(log.count(), 0u);
 }
 
 } // namespace

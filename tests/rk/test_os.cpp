@@ -38,37 +38,14 @@ TEST(Os, LongThreadNamesAreCutNotRefused)
     EXPECT_STREQ(name.data(), "CorWrk_a proces");
 }
 
-TEST(Os, FopenGivesNullForWhatIsMissing)
-{
-    EXPECT_EQ(rk::os::fopen("/no/such/file", "r"), nullptr);
-}
-
 TEST(Unicode, FacetGoesFromUtf8AndBack)
 {
+    using boost::filesystem::path;
     const std::string utf8 = "a\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80";
     const std::wstring wide = L"a\u00e9\u20ac\U0001f600";
-    const auto& facet = rk::unicodeFacet();
-
-    std::mbstate_t state{};
-    std::array<wchar_t, 8> in{};
-    const char* nextByte = nullptr;
-    wchar_t* endWide = nullptr;
-    ASSERT_EQ(facet.in(state, utf8.data(), utf8.data() + utf8.size(), nextByte, in.data(),
-                       in.data() + in.size(), endWide),
-              std::codecvt_base::ok);
-    EXPECT_EQ(std::wstring(in.data(), endWide), wide);
-
-    std::array<char, 16> out{};
-    const wchar_t* nextWide = nullptr;
-    char* endByte = nullptr;
-    ASSERT_EQ(facet.out(state, wide.data(), wide.data() + wide.size(), nextWide, out.data(),
-                        out.data() + out.size(), endByte),
-              std::codecvt_base::ok);
-    EXPECT_EQ(std::string(out.data(), endByte), utf8);
-
-    const char overlong[] = "\xc0\x80";
-    EXPECT_EQ(facet.in(state, overlong, overlong + 2, nextByte, in.data(), in.data() + in.size(), endWide),
-              std::codecvt_base::error);
+    EXPECT_EQ(path(wide, rk::unicodeFacet()).string(), utf8);
+    EXPECT_EQ(path(utf8).wstring(rk::unicodeFacet()), wide);
+    EXPECT_THROW(path("overlong \xc0\x80").wstring(rk::unicodeFacet()), boost::system::system_error);
 }
 
 } // namespace
