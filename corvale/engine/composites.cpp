@@ -25,7 +25,8 @@ class CompositeBuilder
 {
 public:
     explicit CompositeBuilder(const std::string& name)
-        : _name(name), _composite(boost::make_shared<FilterComposite>(name))
+        : _name(name),
+          _composite(boost::make_shared<FilterComposite>(name))
     {
     }
 
@@ -37,8 +38,8 @@ public:
         for (const auto& [filterName, nodeName] : filters) {
             const boost::shared_ptr<Filter> filter = findIn(table, filterName);
             if (!filter)
-                return fail("The filter \"" + nodeName + "\" is declared as \"" + filterName + "\" but \""
-                            + filterName + "\" has never been declared.");
+                return fail("The filter \"" + nodeName + "\" is declared as \"" + filterName + "\" but \"" +
+                            filterName + "\" has never been declared.");
             _composite->addNode(boost::make_shared<NodeFilter>(nodeName, filter));
         }
         return true;
@@ -60,8 +61,8 @@ public:
             if (!input)
                 return fail("The port \"" + to.second + "\" is not declared in \"" + to.first + "\"");
             if (!input->isCompatible(output))
-                return fail("The port \"" + to.first + ":" + to.second + "\" has no common type with \""
-                            + from.first + ":" + from.second + "\".");
+                return fail("The port \"" + to.first + ":" + to.second + "\" has no common type with \"" +
+                            from.first + ":" + from.second + "\".");
             input->attach(output);
         }
         return true;
@@ -79,8 +80,8 @@ public:
     {
         for (const auto& [inner, name] : outputs)
             if (!_composite->exportOutput(inner.first, inner.second, name))
-                return fail("Invalid exported output: \"" + inner.first + ":" + inner.first + "=>" + name
-                            + "\".");
+                return fail("Invalid exported output: \"" + inner.first + ":" + inner.first + "=>" + name +
+                            "\".");
         return true;
     }
 
@@ -96,7 +97,8 @@ private:
     bool exportInput(const std::string& node, const std::string& port, const std::string& name)
     {
         const bool hasDefault = port.find('[') != std::string::npos;
-        const std::list<std::string> pieces = hasDefault ? blockString('[', ']', port) : std::list<std::string>{port};
+        const std::list<std::string> pieces =
+            hasDefault ? blockString('[', ']', port) : std::list<std::string>{port};
         if (hasDefault && pieces.size() != 2)
             return fail("Invalid default value declaration \"" + node + ":" + port + "\".");
         if (!_composite->exportInput(node, pieces.front(), name))
@@ -130,8 +132,8 @@ bool CorvalePrivate::createFilter(const std::string& name, const PairList& filte
     const boost::lock_guard<boost::mutex> guard(_filtersMutex);
     if (_filters.count(name) != 0)
         return builder.fail("A filter with the name \"" + name + "\" already exists.");
-    if (!builder.addNodes(filters, _filters) || !builder.addLinks(links)
-        || !builder.exportInputs(exportedInputs) || !builder.exportOutputs(exportedOutputs))
+    if (!builder.addNodes(filters, _filters) || !builder.addLinks(links) ||
+        !builder.exportInputs(exportedInputs) || !builder.exportOutputs(exportedOutputs))
         return false;
     _filters.emplace(name, builder.composite());
     return true;
@@ -142,8 +144,8 @@ bool CorvalePrivate::createClassificationFilter(const std::string& name, Classif
 {
     const auto fail = [&](const std::string& shown, const std::string& text) {
         rk::log::log(rk::log::Error, category,
-                     "createClassificationFilter(\"" + name + "\", type, \"" + shown + "\"): " + text, __FILE__,
-                     "createClassificationFilter", __LINE__);
+                     "createClassificationFilter(\"" + name + "\", type, \"" + shown + "\"): " + text,
+                     __FILE__, "createClassificationFilter", __LINE__);
         return false;
     };
     const std::string found = rk::path::findData("halvex/vision/fgs", file);

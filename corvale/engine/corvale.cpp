@@ -8,9 +8,7 @@
 
 namespace ZR::Corvale {
 
-Corvale::Corvale(unsigned int threads) : _private(boost::make_shared<CorvalePrivate>(threads))
-{
-}
+Corvale::Corvale(unsigned int threads) : _private(boost::make_shared<CorvalePrivate>(threads)) {}
 
 bool Corvale::loadProgram(const std::string& program)
 {

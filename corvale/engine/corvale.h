@@ -18,7 +18,10 @@ class Lambda;
 }
 
 /// The classifiers that `createClassificationFilter` can make.
-enum ClassificationType { KNN = 0 };
+enum ClassificationType
+{
+    KNN = 0
+};
 
 /// The engine: a host creates one, feeds its sources, describes processes by program texts or by
 /// calls, and reads their sinks.
@@ -79,7 +82,8 @@ public:
     bool createFilter(boost::shared_ptr<UserFilter> userFilter);
     /// Adds a composite filter.
     /// `filters`: (filter, node name); `links`: ((node, output), (node, input));
-    /// `exportedInputs`: ((node, input or "input[default]"), name); `exportedOutputs`: ((node, output), name).
+    /// `exportedInputs`: ((node, input or "input[default]"), name); `exportedOutputs`: ((node, output),
+    /// name).
     bool createFilter(const std::string& name, const PairList& filters, const LinkList& links,
                       const ExportList& exportedInputs, const ExportList& exportedOutputs);
     /// A filter as a value; null if it is unknown.

@@ -29,8 +29,8 @@ std::vector<std::string> portTexts(const std::vector<boost::shared_ptr<Port>>& p
         std::string types;
         for (const DataType type : port->getTypes())
             types += (types.empty() ? "[" : ", ") + Data::getTypeName(type);
-        texts.push_back((port->isOptional() ? "optional " : "") + (types.empty() ? "" : types + "] ")
-                        + port->getName());
+        texts.push_back((port->isOptional() ? "optional " : "") + (types.empty() ? "" : types + "] ") +
+                        port->getName());
     }
     return texts;
 }
@@ -137,8 +137,8 @@ boost::shared_ptr<Type::Lambda> CorvalePrivate::createLambda(const std::string& 
     const boost::shared_ptr<Filter> filter = _findFilter(name);
     if (filter)
         return Type::Lambda::createLambda(filter);
-    RK_LOG(rk::log::Error, category)
-        << "createLambda(\"" << name << "\"): The filter \"" << name << "\" has not been found.";
+    RK_LOG(rk::log::Error, category) << "createLambda(\"" << name << "\"): The filter \"" << name
+                                     << "\" has not been found.";
     return boost::shared_ptr<Type::Lambda>();
 }
 

@@ -62,9 +62,8 @@ bool CorvalePrivate::isSourceBound(const std::string& name) const
     const boost::lock_guard<boost::mutex> sources(_sourcesMutex);
     const boost::lock_guard<boost::mutex> aliases(_aliasesMutex);
     const std::set<std::string> names = findIn(_aliasesOfSource, name);
-    const bool bound = _isRead(name)
-                       || std::any_of(names.begin(), names.end(),
-                                      [&](const std::string& alias) { return _isRead(alias); });
+    const bool bound = _isRead(name) || std::any_of(names.begin(), names.end(),
+                                                    [&](const std::string& alias) { return _isRead(alias); });
     _sourceBoundCache.emplace(name, bound);
     return bound;
 }

@@ -34,7 +34,9 @@ bool hasColon(const std::string& text)
 } // namespace
 
 ProcessBuilder::ProcessBuilder(CorvalePrivate& engine, const std::string& name, const std::string& filter)
-    : _engine(engine), _name(name), _filterName(filter)
+    : _engine(engine),
+      _name(name),
+      _filterName(filter)
 {
 }
 
@@ -173,8 +175,8 @@ bool ProcessBuilder::_connectOutput(const std::string& port, const std::string& 
 {
     const boost::shared_ptr<Port> output = _node->getOutput(port);
     if (!output)
-        return _warn("impossible to find the specified output \"" + port
-                     + "\".\n  Please verify the output list.");
+        return _warn("impossible to find the specified output \"" + port +
+                     "\".\n  Please verify the output list.");
     if (_aggregatedSinks.count(sinkName) != 0 || _sinks.count(sinkName) != 0)
         return _aggregate(sinkName, output);
     _addSink(sinkName, output);

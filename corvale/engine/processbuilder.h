@@ -55,7 +55,7 @@ private:
     void _publish(float frequency);
 
     std::string _nextAnonymous();
-    bool _fail(const std::string& text) const;    // with the prefix that names inputs and outputs
+    bool _fail(const std::string& text) const;      // with the prefix that names inputs and outputs
     bool _failShort(const std::string& text) const; // with the prefix that leaves them out
     bool _warn(const std::string& text) const;
     bool _report(int level, const std::string& text) const;

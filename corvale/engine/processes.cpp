@@ -173,9 +173,8 @@ unsigned int CorvalePrivate::getProcessPriority(const std::string& name) const
 bool CorvalePrivate::setProcessPriority(const std::string& name, unsigned int priority)
 {
     const unsigned int cut = std::min(priority, Process::maximumPriority);
-    const bool known =
-        _withProcess(name, __func__, "Can't set priority for the process \"", processUnknown, false,
-                     [&](Process& process) { return process.setPriority(cut); });
+    const bool known = _withProcess(name, __func__, "Can't set priority for the process \"", processUnknown,
+                                    false, [&](Process& process) { return process.setPriority(cut); });
     if (known)
         _scheduler.update();
     return known;
@@ -189,9 +188,8 @@ float CorvalePrivate::getProcessFrequency(const std::string& name) const
 
 bool CorvalePrivate::setProcessFrequency(const std::string& name, float frequency)
 {
-    const bool known =
-        _withProcess(name, __func__, "Can't set frequency for the process \"", processUnknown, false,
-                     [&](Process& process) { return process.setFrequency(frequency); });
+    const bool known = _withProcess(name, __func__, "Can't set frequency for the process \"", processUnknown,
+                                    false, [&](Process& process) { return process.setFrequency(frequency); });
     if (known)
         _scheduler.update();
     return known;

@@ -1,6 +1,7 @@
 #include "corvale/engine/scheduler.h"
 
 #include "corvale/engine/corvale_p.h"
+#include "corvale/runtime/clock.h"
 #include "corvale/runtime/process.h"
 #include "rk/log.h"
 #include "rk/os.h"
@@ -26,9 +27,7 @@ constexpr long long longestSleep = 100000; // microseconds
 
 } // namespace
 
-Scheduler::Scheduler(CorvalePrivate* engine, unsigned int threads) : _engine(engine), _threadCount(threads)
-{
-}
+Scheduler::Scheduler(CorvalePrivate* engine, unsigned int threads) : _engine(engine), _threadCount(threads) {}
 
 Scheduler::~Scheduler()
 {
@@ -61,8 +60,23 @@ bool Scheduler::stop()
 
 bool Scheduler::update()
 {
+    std::vector<boost::shared_ptr<Process>> schedule = pass(_engine->getSchedulableProcesses());
+    {
+        const boost::lock_guard<boost::mutex> work(_workMutex);
+        const boost::lock_guard<boost::mutex> guard(_scheduleMutex);
+        _schedule.swap(schedule);
+        _scheduleChanged = true;
+    }
+    _wake(true);
+    return true;
+}
+
+// One pass over processes that come in name order.
+std::vector<boost::shared_ptr<Process>>
+Scheduler::pass(const std::vector<boost::shared_ptr<Process>>& processes)
+{
     std::vector<Share> shares;
-    for (const boost::shared_ptr<Process>& process : _engine->getSchedulableProcesses()) {
+    for (const boost::shared_ptr<Process>& process : processes) {
         // The priority may fall to 0 at any moment; then the share is the least.
         const unsigned int priority = std::max(process->getPriority(), 1u);
         shares.emplace_back(process, 1u << (priority - 1));
@@ -72,14 +86,9 @@ bool Scheduler::update()
     for (Share& share : shares)
         share.second /= least;
 
-    std::vector<boost::shared_ptr<Process>> schedule;
-    buildSchedulingList(&schedule, &shares);
-    {
-        const boost::lock_guard<boost::mutex> guard(_scheduleMutex);
-        _schedule.swap(schedule);
-    }
-    _wake(true);
-    return true;
+    std::vector<boost::shared_ptr<Process>> slots;
+    buildSchedulingList(&slots, &shares);
+    return slots;
 }
 
 std::vector<boost::shared_ptr<Process>> Scheduler::getScheduledProcessList() const
@@ -154,6 +163,7 @@ void Scheduler::_visit(const boost::shared_ptr<Process>& process)
     _release(process);
 }
 
+// The sleep stands at the end of a pass: until the next process is due, or something wakes the worker.
 boost::shared_ptr<Process> Scheduler::getNextProcess()
 {
     std::uint64_t wakesSeen = 0;
@@ -161,22 +171,44 @@ boost::shared_ptr<Process> Scheduler::getNextProcess()
         const boost::lock_guard<boost::mutex> guard(_sleepMutex);
         wakesSeen = _wakes;
     }
-    bool nothingToTake = false; // no slot, or every slot seems to be in hand
+    bool lookedAtAll = false;
+    long long microseconds = 0;
     {
-        const boost::lock_guard<boost::mutex> work(_workMutex);
-        if (!_workList.empty())
-            return _takeFromWorkList();
-        const boost::lock_guard<boost::mutex> schedule(_scheduleMutex);
-        _workList = _schedule;
-        nothingToTake = _workList.empty() || _workList.size() == _activeProcesses.size();
+        const boost::lock_guard<boost::mutex> guard(_workMutex);
+        const std::int64_t now = currentMicroseconds();
+        if (_workList.empty())
+            lookedAtAll = _beginPass(now);
+        if (const boost::shared_ptr<Process> process = _takeFromWorkList())
+            return process;
+        microseconds = _dueQueue.untilNext(now, longestSleep);
     }
+    if (lookedAtAll)
+        microseconds = _engine->_getNextComputationTime();
     rk::os::setCurrentThreadName("CorWrk_idle");
-    _sleep(nothingToTake ? longestSleep : _engine->_getNextComputationTime(), wakesSeen);
+    _sleep(microseconds, wakesSeen);
     return boost::shared_ptr<Process>();
 }
 
+// A pass goes over the whole schedule when it has changed, and every tenth of a second, since a reset or
+// a host's clock can make anything due; in between over what the queue knows to be due. True for the
+// former. Caller holds _workMutex.
+bool Scheduler::_beginPass(std::int64_t now)
+{
+    const bool lookAtAll = _scheduleChanged || now < _lastLookAtAll || now - _lastLookAtAll >= longestSleep;
+    if (!lookAtAll) {
+        _workList = pass(_dueQueue.takeDue(now));
+        return false;
+    }
+    const boost::lock_guard<boost::mutex> guard(_scheduleMutex);
+    _workList = _schedule;
+    _dueQueue.assign(_schedule, now);
+    _scheduleChanged = false;
+    _lastLookAtAll = now;
+    return true;
+}
+
 // Takes the last entry that no worker holds and whose `update` would do something; what is passed over is
-// gone for this pass. Most slots of a pass are not due, and pass at the cost of a comparison.
+// gone for this pass. Caller holds _workMutex.
 boost::shared_ptr<Process> Scheduler::_takeFromWorkList()
 {
     while (!_workList.empty()) {
@@ -192,6 +224,7 @@ void Scheduler::_release(const boost::shared_ptr<Process>& process)
 {
     const boost::lock_guard<boost::mutex> guard(_workMutex);
     _activeProcesses.erase(process);
+    _dueQueue.refresh(process, currentMicroseconds());
 }
 
 // Ends early when there is a reason to stay awake that the caller has not seen yet.

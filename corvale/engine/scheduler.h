@@ -1,5 +1,7 @@
 #pragma once
 
+#include "corvale/engine/duequeue.h"
+
 #include <boost/shared_ptr.hpp>
 #include <boost/thread/condition_variable.hpp>
 #include <boost/thread/mutex.hpp>
@@ -24,11 +26,11 @@ class Process;
 ///
 /// The schedule is one flat list in which each active process stands as often as its share: a priority
 /// p gives 1 << (p - 1), divided by the smallest share that occurs. Workers take from the back of a copy
-/// of it; whoever finds the copy empty makes the next one and sleeps until a process is due:
+/// of what is due of it; whoever finds nothing left begins the next pass, or sleeps until a process is due:
 ///
 ///     update() ------> schedule  a c a b a c a
-///                                    | copied at the end of each pass
-///     event ---push--> work list a c a b a c a <--take-- workers
+///                                    | what is due, at the beginning of each pass
+///     event ---push--> work list a c a   a c a <--take-- workers
 ///
 /// Priority is so a rate of attention, and frequency a limit on computation.
 /// Ownership: a value member of the engine, which outlives it. Threads: thread-safe. `stop` must not be
@@ -57,12 +59,15 @@ public:
     /// Appends each process of `in`, sorted ascending by shares that are powers of two, the least being
     /// 1, to `out` as often as its share, the high shares spread evenly around the low ones.
     static void buildSchedulingList(std::vector<boost::shared_ptr<Process>>* out, std::vector<Share>* in);
+    static std::vector<boost::shared_ptr<Process>>
+    pass(const std::vector<boost::shared_ptr<Process>>& processes);
     static bool processSort(Share a, Share b) { return a.second < b.second; }
 
 private:
     void run();
     void _visit(const boost::shared_ptr<Process>& process);
     boost::shared_ptr<Process> getNextProcess();
+    bool _beginPass(std::int64_t now);
     boost::shared_ptr<Process> _takeFromWorkList();
     void _release(const boost::shared_ptr<Process>& process);
     void _sleep(long long microseconds, std::uint64_t wakesSeen);
@@ -71,13 +76,16 @@ private:
     CorvalePrivate* const _engine; // owner
     const unsigned int _threadCount;
 
-    boost::mutex _stateMutex;                            // serialises start and stop
+    boost::mutex _stateMutex;                             // serialises start and stop
     std::vector<std::unique_ptr<boost::thread>> _threads; // guarded by _stateMutex
     std::atomic<bool> _running{false};
 
     boost::mutex _workMutex;
     std::vector<boost::shared_ptr<Process>> _workList;     // guarded by _workMutex
     std::set<boost::shared_ptr<Process>> _activeProcesses; // in a worker's hands; guarded by _workMutex
+    DueQueue _dueQueue;                                    // of the schedule; guarded by _workMutex
+    bool _scheduleChanged = false;   // since the last look at all; guarded by _workMutex
+    std::int64_t _lastLookAtAll = 0; // microseconds since the epoch; guarded by _workMutex
 
     mutable boost::mutex _scheduleMutex;
     std::vector<boost::shared_ptr<Process>> _schedule; // guarded by _scheduleMutex

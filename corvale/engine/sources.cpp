@@ -73,9 +73,8 @@ bool CorvalePrivate::createSourceFromProcessSink(const std::string& name, const 
         return false;
     }
     if (process->getSinks().count(sinkName) == 0 && process->getAggregatedSinks().count(sinkName) == 0) {
-        RK_LOG(rk::log::Error, category)
-            << prefix << "impossible to find the specified sink \"" << sinkName << "\" in the process \""
-            << processName << "\".";
+        RK_LOG(rk::log::Error, category) << prefix << "impossible to find the specified sink \"" << sinkName
+                                         << "\" in the process \"" << processName << "\".";
         return false;
     }
     _sources.emplace(name, boost::make_shared<NodeProcessSource>(name, process, sinkName));
@@ -133,8 +132,8 @@ bool CorvalePrivate::retargetSourceAlias(const std::string& alias, const std::st
     const boost::shared_ptr<NodeSourceAlias> node = findIn(_sourceAliases, alias);
     const boost::shared_ptr<NodeSource> target = findIn(_sources, source);
     if (!node || !target) {
-        RK_LOG(rk::log::Error, category) << "Can't retarget alias \"" << alias << "\" to  \"" << source
-                                         << "\": alias or target unknown";
+        RK_LOG(rk::log::Error, category)
+            << "Can't retarget alias \"" << alias << "\" to  \"" << source << "\": alias or target unknown";
         return false;
     }
     former = node->getSource();
@@ -174,8 +173,7 @@ bool CorvalePrivate::setData(const std::string& name, boost::shared_ptr<Data> da
         const boost::shared_ptr<NodeSource> source = findIn(_sources, name);
         if (source)
             return source->setData(data);
-        RK_LOG(rk::log::Error, category)
-            << "Can't set data for source \"" << name << "\": source unknown.";
+        RK_LOG(rk::log::Error, category) << "Can't set data for source \"" << name << "\": source unknown.";
         return false;
     }
     const boost::lock_guard<boost::mutex> processes(_processesMutex);

@@ -5,7 +5,8 @@
 namespace ZR::Corvale {
 
 DotCluster::DotCluster(const std::string& name, long number)
-    : _name(name), _suffix("_" + std::to_string(number))
+    : _name(name),
+      _suffix("_" + std::to_string(number))
 {
 }
 

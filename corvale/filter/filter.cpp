@@ -28,12 +28,8 @@ std::string Filter::getDescription() const
     return "* no description *";
 }
 
-void Filter::synchronize(const StringHash&, const StringHash&, long long)
-{
-}
+void Filter::synchronize(const StringHash&, const StringHash&, long long) {}
 
-void Filter::synchronizeRelease(const StringHash&, const StringHash&, long long)
-{
-}
+void Filter::synchronizeRelease(const StringHash&, const StringHash&, long long) {}
 
 } // namespace ZR::Corvale

@@ -16,7 +16,8 @@ const std::string category = rk::log::addCategory("corvale.filterAdapter");
 }
 
 FilterAdapter::FilterAdapter(boost::shared_ptr<UserFilter> userFilter)
-    : FilterPrimitive(userFilter->getName()), _userFilter(userFilter)
+    : FilterPrimitive(userFilter->getName()),
+      _userFilter(userFilter)
 {
     for (const std::string& declaration : _userFilter->getInputs())
         _declareInput(declaration);
@@ -54,8 +55,8 @@ void FilterAdapter::_addTypes(Port& port, const std::string& types)
         if (type != Invalid)
             port.addType(type);
         else
-            RK_LOG(rk::log::Error, category) << "Invalid input type " << word << " for port "
-                                             << port.getName() << " of filter " << _name;
+            RK_LOG(rk::log::Error, category)
+                << "Invalid input type " << word << " for port " << port.getName() << " of filter " << _name;
     }
 }
 

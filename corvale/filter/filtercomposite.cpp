@@ -18,9 +18,13 @@ const std::string category = rk::log::addCategory("corvale.Composite ");
 class LoadedInputs
 {
 public:
-    LoadedInputs(std::vector<boost::shared_ptr<Port>>& ports, const std::vector<boost::shared_ptr<Data>>& values,
-                 const StringHash& processHash, const StringHash& scopeHash, long long depth)
-        : _ports(ports), _processHash(processHash), _scopeHash(scopeHash), _depth(depth)
+    LoadedInputs(std::vector<boost::shared_ptr<Port>>& ports,
+                 const std::vector<boost::shared_ptr<Data>>& values, const StringHash& processHash,
+                 const StringHash& scopeHash, long long depth)
+        : _ports(ports),
+          _processHash(processHash),
+          _scopeHash(scopeHash),
+          _depth(depth)
     {
         Port::loadData(_ports, values, _processHash, _scopeHash, _depth);
     }
@@ -35,9 +39,7 @@ private:
 
 } // namespace
 
-FilterComposite::FilterComposite(const std::string& name) : Filter(name)
-{
-}
+FilterComposite::FilterComposite(const std::string& name) : Filter(name) {}
 
 FilterComposite::~FilterComposite() = default;
 
@@ -96,8 +98,8 @@ void FilterComposite::synchronizeRelease(const StringHash& processHash, const St
 }
 
 std::vector<boost::shared_ptr<Data>>
-FilterComposite::applyFilter(const std::vector<boost::shared_ptr<Data>>& inputs, const StringHash& processHash,
-                             const StringHash& scopeHash, long long depth)
+FilterComposite::applyFilter(const std::vector<boost::shared_ptr<Data>>& inputs,
+                             const StringHash& processHash, const StringHash& scopeHash, long long depth)
 {
     if (inputs.size() != _inputs.size()) {
         RK_LOG(rk::log::Fatal, category) << _name << "->applyFilter(): missing input data";

@@ -28,9 +28,7 @@ boost::shared_ptr<Port> FilterPrimitive::_addOutput(const std::string& name)
     return appendPort(_outputs, name);
 }
 
-void FilterPrimitive::abortFilter(const StringHash&, const StringHash&, long long)
-{
-}
+void FilterPrimitive::abortFilter(const StringHash&, const StringHash&, long long) {}
 
 std::string FilterPrimitive::dumpToDot(long& counter, int) const
 {

@@ -16,8 +16,7 @@ boost::shared_ptr<Data> MemoryManager::getData(const StringHash& process, const 
     return _memory[process._hash][scope._hash];
 }
 
-bool MemoryManager::setData(const StringHash& process, const StringHash& scope,
-                            boost::shared_ptr<Data> value)
+bool MemoryManager::setData(const StringHash& process, const StringHash& scope, boost::shared_ptr<Data> value)
 {
     const boost::lock_guard<boost::mutex> lock(_memoryLock);
     _memory[process._hash][scope._hash].swap(value);

@@ -7,12 +7,14 @@
 namespace ZR::Corvale {
 
 Event::Event(boost::shared_ptr<Process> process, Scheduler* scheduler)
-    : _process(process), _scheduler(scheduler)
+    : _process(process),
+      _scheduler(scheduler)
 {
 }
 
 Event::Event(boost::function1<void, boost::shared_ptr<Data>> callback)
-    : _scheduler(nullptr), _callback(callback)
+    : _scheduler(nullptr),
+      _callback(callback)
 {
 }
 

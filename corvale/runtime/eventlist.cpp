@@ -11,7 +11,8 @@ namespace ZR::Corvale {
 void EventList::add(boost::shared_ptr<Event> event)
 {
     const boost::lock_guard<boost::mutex> guard(_lock);
-    const boost::shared_ptr<Events> events = _events ? boost::make_shared<Events>(*_events) : boost::make_shared<Events>();
+    const boost::shared_ptr<Events> events =
+        _events ? boost::make_shared<Events>(*_events) : boost::make_shared<Events>();
     events->push_back(event);
     _events = events;
 }

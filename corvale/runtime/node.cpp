@@ -17,9 +17,7 @@ namespace {
 const std::string category = rk::log::addCategory("corvale.node");
 }
 
-Node::Node(const std::string& name) : _name(name)
-{
-}
+Node::Node(const std::string& name) : _name(name) {}
 
 Node::~Node()
 {
@@ -67,9 +65,8 @@ void Node::synchronizeRelease(const StringHash& processHash, const StringHash& s
     ScopeState* state = _scopes.findOpen(scopeHash);
     if (!state) {
         lock.unlock();
-        RK_LOG(rk::log::Fatal, category)
-            << _name << "->synchronizeRelease(" << *processHash._string << "): Invalid release on process "
-            << *processHash._string;
+        RK_LOG(rk::log::Fatal, category) << _name << "->synchronizeRelease(" << *processHash._string
+                                         << "): Invalid release on process " << *processHash._string;
         return;
     }
     if (--state->synchronizeCount == 0)
@@ -101,13 +98,9 @@ void Node::_reportLeft(const std::string& logCategory, const char* title, CountO
         RK_LOG(rk::log::Fatal, logCategory) << _name << title << "\n" << lines.str();
 }
 
-void Node::_synchronize(const StringHash&, const StringHash&, long long)
-{
-}
+void Node::_synchronize(const StringHash&, const StringHash&, long long) {}
 
-void Node::_synchronizeRelease(const StringHash&, const StringHash&, long long)
-{
-}
+void Node::_synchronizeRelease(const StringHash&, const StringHash&, long long) {}
 
 void Node::_arrive(ScopeState&, const StringHash& processHash, const StringHash& scopeHash, long long depth)
 {

@@ -54,7 +54,9 @@ private:
 } // namespace
 
 NodeFilter::NodeFilter(const std::string& name, boost::shared_ptr<Filter> filter)
-    : Node(name), _filter(filter), _uniqueId(addressId(this))
+    : Node(name),
+      _filter(filter),
+      _uniqueId(addressId(this))
 {
     for (const boost::shared_ptr<Port>& port : _filter->getInputs())
         addInput(boost::make_shared<Port>(port->getName(), port, this));
@@ -64,8 +66,8 @@ NodeFilter::NodeFilter(const std::string& name, boost::shared_ptr<Filter> filter
 
 NodeFilter::~NodeFilter()
 {
-    _reportLeft(category, "->~NodeFilter(): There is still count to entry cache:",
-                [](const ScopeState& state) {
+    _reportLeft(category,
+                "->~NodeFilter(): There is still count to entry cache:", [](const ScopeState& state) {
                     return state.used ? std::optional<std::uint32_t>(state.useCount) : std::nullopt;
                 });
 }
@@ -87,7 +89,8 @@ void NodeFilter::_leave(ScopeState& state, const StringHash& processHash, const 
                         long long depth)
 {
     if (!state.used)
-        return _fault("_synchronizeRelease", processHash, "Invalid release on process " + *processHash._string);
+        return _fault("_synchronizeRelease", processHash,
+                      "Invalid release on process " + *processHash._string);
     if (--state.useCount == 0) {
         state.used = false;
         if (state.progress == ScopeState::Done)
@@ -190,8 +193,8 @@ boost::shared_ptr<Data> NodeFilter::_resultFor(const ScopeState& state, const Po
 
 void NodeFilter::_fault(const char* operation, const StringHash& processHash, const std::string& text) const
 {
-    RK_LOG(rk::log::Fatal, category)
-        << getName() << "->" << operation << "(" << *processHash._string << "): " << text;
+    RK_LOG(rk::log::Fatal, category) << getName() << "->" << operation << "(" << *processHash._string
+                                     << "): " << text;
 }
 
 std::string NodeFilter::dumpToDot(long& counter, int depth) const

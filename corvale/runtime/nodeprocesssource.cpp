@@ -10,7 +10,9 @@ namespace ZR::Corvale {
 
 NodeProcessSource::NodeProcessSource(const std::string& name, boost::shared_ptr<Process> process,
                                      const std::string& sinkName)
-    : NodeSource(name), _process(process), _sinkName(sinkName)
+    : NodeSource(name),
+      _process(process),
+      _sinkName(sinkName)
 {
     addDependency(_process->getName());
 }

@@ -7,9 +7,7 @@
 
 namespace ZR::Corvale {
 
-NodePulse::NodePulse(const std::string& name) : NodeSource(name)
-{
-}
+NodePulse::NodePulse(const std::string& name) : NodeSource(name) {}
 
 NodePulse::~NodePulse() = default;
 

@@ -31,8 +31,8 @@ boost::shared_ptr<Data> NodeSource::requestData(const StringHash& processHash, c
         if (const Snapshot* snapshot = _snapshots.find(processHash._hash))
             return snapshot->data;
     }
-    RK_LOG(rk::log::Fatal, category)
-        << getName() << "->requestData(" << *processHash._string << "): No cache found.";
+    RK_LOG(rk::log::Fatal, category) << getName() << "->requestData(" << *processHash._string
+                                     << "): No cache found.";
     return boost::shared_ptr<Data>();
 }
 
@@ -44,8 +44,8 @@ void NodeSource::requestEmpty(const StringHash& processHash, const StringHash&, 
         if (_snapshots.find(processHash._hash))
             return;
     }
-    RK_LOG(rk::log::Fatal, category)
-        << getName() << "->requestEmpty(" << *processHash._string << "): no cache found.";
+    RK_LOG(rk::log::Fatal, category) << getName() << "->requestEmpty(" << *processHash._string
+                                     << "): no cache found.";
 }
 
 bool NodeSource::setData(boost::shared_ptr<Data> value)
@@ -88,9 +88,8 @@ void NodeSource::_synchronizeRelease(const StringHash& processHash, const String
             return;
         }
     }
-    RK_LOG(rk::log::Fatal, category)
-        << getName() << "->_synchronizeRelease(" << *processHash._string << "): Invalid release on process "
-        << *processHash._string;
+    RK_LOG(rk::log::Fatal, category) << getName() << "->_synchronizeRelease(" << *processHash._string
+                                     << "): Invalid release on process " << *processHash._string;
 }
 
 } // namespace ZR::Corvale

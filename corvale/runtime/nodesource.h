@@ -41,9 +41,9 @@ protected:
     };
 
     mutable boost::mutex _sourceLock;
-    boost::shared_ptr<Data> _data;     // guarded by _sourceLock
-    std::uint64_t _uid = 0;            // guarded by _sourceLock
-    FlatTable<Snapshot> _snapshots;    // by process, guarded by _sourceLock
+    boost::shared_ptr<Data> _data;  // guarded by _sourceLock
+    std::uint64_t _uid = 0;         // guarded by _sourceLock
+    FlatTable<Snapshot> _snapshots; // by process, guarded by _sourceLock
 
 private:
     void _synchronize(const StringHash& processHash, const StringHash& scopeHash, long long depth) override;

@@ -8,7 +8,8 @@
 namespace ZR::Corvale {
 
 NodeSourceAlias::NodeSourceAlias(const std::string& name, boost::shared_ptr<NodeSource> source)
-    : NodeSource(name), _source(source)
+    : NodeSource(name),
+      _source(source)
 {
 }
 

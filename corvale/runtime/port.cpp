@@ -29,7 +29,9 @@ boost::shared_ptr<Port> lend(const boost::shared_ptr<Port>& port)
 } // namespace
 
 Port::Port(const std::string& name, boost::shared_ptr<Port> parent, Node* node)
-    : _name(name), _parent(parent), _node(node)
+    : _name(name),
+      _parent(parent),
+      _node(node)
 {
 }
 
@@ -73,8 +75,8 @@ bool Port::isCompatible(boost::shared_ptr<Port> other) const
 {
     const std::vector<DataType>& types = getTypes();
     const std::vector<DataType>& others = other->getTypes();
-    return types.empty() || others.empty()
-           || std::any_of(types.begin(), types.end(), [&](DataType type) { return contains(others, type); });
+    return types.empty() || others.empty() ||
+           std::any_of(types.begin(), types.end(), [&](DataType type) { return contains(others, type); });
 }
 
 const boost::shared_ptr<Data>& Port::getDefaultData() const
@@ -168,8 +170,8 @@ void Port::_loadData(const boost::shared_ptr<Data>& value, const StringHash& pro
         *_loadedData.insert(scopeHash._hash).first = value;
         _loadedCount.store(static_cast<std::uint32_t>(_loadedData.size()), std::memory_order_release);
     }
-    if (_parent)
-        _parent->_loadData(value, processHash, scopeHash, depth - 1);
+    if (Port* inner = _insideScope())
+        inner->_loadData(value, processHash, scopeHash, depth - 1);
 }
 
 void Port::_unloadData(const StringHash& processHash, const StringHash& scopeHash, long long depth)
@@ -180,8 +182,14 @@ void Port::_unloadData(const StringHash& processHash, const StringHash& scopeHas
         dropped = _loadedData.take(scopeHash._hash);
         _loadedCount.store(static_cast<std::uint32_t>(_loadedData.size()), std::memory_order_release);
     }
-    if (_parent)
-        _parent->_unloadData(processHash, scopeHash, depth - 1);
+    if (Port* inner = _insideScope())
+        inner->_unloadData(processHash, scopeHash, depth - 1);
+}
+
+// Behind a node's port begins the node's inner scope: nothing asks there in this one.
+Port* Port::_insideScope() const
+{
+    return _node ? nullptr : _parent.get();
 }
 
 // A scope is loaded and read by one thread, so the count that this thread sees covers its own scope.

@@ -61,7 +61,8 @@ public:
     void setDefaultData(boost::shared_ptr<Data> value) { _defaultData = value; }
     /// The first default along the chain, null if there is none.
     const boost::shared_ptr<Data>& getDefaultData() const;
-    /// Whether a filter may run without this input: it is marked so, or a default exists, anywhere on the chain.
+    /// Whether a filter may run without this input: it is marked so, or a default exists, anywhere on the
+    /// chain.
     bool isOptional() const;
     void setOptional(bool optional) { _optional = optional; }
 
@@ -74,8 +75,8 @@ public:
     /// Gives back one registration of the upstream node.
     void synchronizeRelease(const StringHash& processHash, const StringHash& scopeHash, long long depth);
 
-    /// Loads `values[i]` on `ports[i]` and on its chain, for one scope. There are at least as many
-    /// values as ports.
+    /// Loads `values[i]` on `ports[i]` and on its chain, up to the first port of a node, for one scope. There
+    /// are at least as many values as ports.
     static void loadData(std::vector<boost::shared_ptr<Port>>& ports,
                          const std::vector<boost::shared_ptr<Data>>& values, const StringHash& processHash,
                          const StringHash& scopeHash, long long depth);
@@ -86,6 +87,7 @@ private:
     void _loadData(const boost::shared_ptr<Data>& value, const StringHash& processHash,
                    const StringHash& scopeHash, long long depth);
     void _unloadData(const StringHash& processHash, const StringHash& scopeHash, long long depth);
+    Port* _insideScope() const;
     bool _findLoaded(const StringHash& scopeHash, boost::shared_ptr<Data>* value) const;
     // The node behind the single link; null, with an error line for each way in which a graph can be wrong.
     Node* _upstream(const char* operation) const;

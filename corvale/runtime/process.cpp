@@ -44,7 +44,10 @@ std::int64_t wrappingSum(std::int64_t a, std::int64_t b)
 
 Process::Process(const std::string& name, boost::shared_ptr<NodeFilter> node, unsigned int priority,
                  float frequency)
-    : _nameHash(name), _frequency(frequency), _priority(std::min(priority, maximumPriority)), _mainNode(node)
+    : _nameHash(name),
+      _frequency(frequency),
+      _priority(std::min(priority, maximumPriority)),
+      _mainNode(node)
 {
 }
 
@@ -190,9 +193,8 @@ void Process::_compute()
 boost::shared_ptr<Data> Process::getData(const std::string& sinkName)
 {
     if (!_ownsSink(sinkName)) {
-        RK_LOG(rk::log::Error, category)
-            << "getData(" << sinkName << "): the process " << *getNameHash()._string
-            << " doesn't own this sink node.";
+        RK_LOG(rk::log::Error, category) << "getData(" << sinkName << "): the process "
+                                         << *getNameHash()._string << " doesn't own this sink node.";
         return boost::shared_ptr<Data>();
     }
     update();
@@ -202,9 +204,8 @@ boost::shared_ptr<Data> Process::getData(const std::string& sinkName)
 boost::shared_ptr<Data> Process::getLastData(const std::string& sinkName) const
 {
     if (!_ownsSink(sinkName)) {
-        RK_LOG(rk::log::Error, category)
-            << "Can't get last data from sink \"" << sinkName << "\": process \"" << *getNameHash()._string
-            << "\" doesn't own this sink node.";
+        RK_LOG(rk::log::Error, category) << "Can't get last data from sink \"" << sinkName << "\": process \""
+                                         << *getNameHash()._string << "\" doesn't own this sink node.";
         return boost::shared_ptr<Data>();
     }
     if (!isActive())

@@ -113,7 +113,8 @@ private:
     static constexpr std::uint64_t _neverSeen = ~std::uint64_t(0);
 
     mutable boost::mutex _lock; // held for a whole computation or reset
-    std::map<boost::shared_ptr<NodeSource>, std::uint64_t> _watchedSources; // last change seen; guarded by _lock
+    std::map<boost::shared_ptr<NodeSource>, std::uint64_t>
+        _watchedSources; // last change seen; guarded by _lock
 
     mutable boost::mutex _nameLock;
     StringHash _nameHash; // guarded by _nameLock

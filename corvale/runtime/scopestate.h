@@ -20,7 +20,12 @@ class Data;
 /// what the table's lock guards.
 struct ScopeState
 {
-    enum Progress { Pending, Computing, Done };
+    enum Progress
+    {
+        Pending,
+        Computing,
+        Done
+    };
 
     std::uint64_t key = 0; // the scope's hash; guarded by the table's lock
     bool active = false;   // not to be given to another scope; guarded by the table's lock

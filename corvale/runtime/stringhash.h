@@ -16,7 +16,8 @@ class StringHash
 {
 public:
     StringHash(const std::string& text)
-        : _string(boost::make_shared<const std::string>(text)), _hash(extendHash(0, text))
+        : _string(boost::make_shared<const std::string>(text)),
+          _hash(extendHash(0, text))
     {
     }
 
@@ -32,8 +33,8 @@ public:
     static std::uint64_t extendHash(std::uint64_t seed, const std::string& text)
     {
         for (const char c : text)
-            seed ^= (seed >> 2) + (seed << 6) + 0x9e3779b9u
-                    + static_cast<std::uint64_t>(static_cast<std::int64_t>(static_cast<signed char>(c)));
+            seed ^= (seed >> 2) + (seed << 6) + 0x9e3779b9u +
+                    static_cast<std::uint64_t>(static_cast<std::int64_t>(static_cast<signed char>(c)));
         return seed;
     }
 
