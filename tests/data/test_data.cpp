@@ -53,7 +53,7 @@ TEST(Data, TypeNamesGoBothWays)
         const auto type = static_cast<DataType>(number);
         EXPECT_EQ(Data::getTypeFromName(Data::getTypeName(type)), type);
     }
-    EXPECT_EQ(Data::getTypeName(Vector6), "Vector6");
+    EXPECT_EQ(Data::getTypeName(BinaryImage), "BinaryImage");
     EXPECT_EQ(Data::getTypeName(Unknown), "Unknown");
     EXPECT_EQ(Data::getTypeName(static_cast<DataType>(31)), "Invalid");
     EXPECT_EQ(Data::getTypeName(static_cast<DataType>(-1)), "Invalid");

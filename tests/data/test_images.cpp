@@ -101,7 +101,7 @@ TEST(Image, ExtractRoundsCutsAndShrinksTheView)
     EXPECT_TRUE(corner->fovX == 30.0f && corner->fovY == 20.0f && corner->name == "camera");
 
     EXPECT_EQ(pixels(*image.extract(0.5f, 0.5f, 1.5f, 1.5f)), (std::vector<int>{11, 12, 21, 22}));
-    EXPECT_EQ(pixels(*image.extract(3, 2, 3, 99)), (std::vector<int>{23, 33}));
+    EXPECT_EQ(pixels(*image.extract(3, 2, 3, 4)), (std::vector<int>{23, 33}));
     const float huge = std::numeric_limits<float>::infinity();
     const auto all = image.extract(-huge, -1e30f, huge, 1e30f);
     EXPECT_EQ(pixels(*all), pixels(image));
