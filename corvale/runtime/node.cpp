@@ -49,7 +49,7 @@ void Node::synchronize(const StringHash& processHash, const StringHash& scopeHas
     if (first && !_inputs.empty()) {
         lock.unlock();
         for (const boost::shared_ptr<Port>& input : _inputs)
-            if (Node* upstream = input->bound() ? input->getLinks().front()->getNode() : nullptr)
+            if (Node* upstream = input->getUpstream())
                 upstream->synchronize(processHash, scopeHash, depth + 1);
         lock.lock();
     }

@@ -51,6 +51,11 @@ Node* Port::getNode() const
     return port->_node;
 }
 
+Node* Port::getUpstream() const
+{
+    return _links.empty() || !_links.front() ? nullptr : _links.front()->getNode();
+}
+
 const std::vector<DataType>& Port::getTypes() const
 {
     const Port* port = this;
@@ -127,9 +132,7 @@ void Port::synchronizeRelease(const StringHash& processHash, const StringHash& s
             << ") can not have multiple outputs and only an input port can use synchronizeRelease().";
         return;
     }
-    if (_links.empty() || !_links.front())
-        return;
-    if (Node* upstream = _links.front()->getNode())
+    if (Node* upstream = getUpstream())
         upstream->synchronizeRelease(processHash, scopeHash, depth + 1);
 }
 
@@ -140,7 +143,7 @@ Node* Port::_upstream(const char* operation) const
             << _name << "::" << operation << "(): An input port can not have multiple outputs.";
         return nullptr;
     }
-    Node* node = _links.front() ? _links.front()->getNode() : nullptr;
+    Node* node = getUpstream();
     if (!node)
         RK_LOG(rk::log::Error, category)
             << _name << "::" << operation << "(): trying to get data from an unbound port.";

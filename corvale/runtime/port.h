@@ -45,6 +45,8 @@ public:
     boost::shared_ptr<Port> getRecursiveParent() const;
     const std::vector<boost::shared_ptr<Port>>& getLinks() const { return _links; }
     bool bound() const { return !_links.empty(); }
+    /// The node behind the first link; null if there is none.
+    Node* getUpstream() const;
     /// Joins this input to an output. Nothing is checked: the pull reports a second link.
     void attach(const boost::shared_ptr<Port>& upstream) { _links.push_back(upstream); }
     /// The node of this port or of the nearest port of the chain that has one; null if none has.
