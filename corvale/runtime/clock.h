@@ -11,7 +11,9 @@ inline std::int64_t currentMicroseconds()
 {
     timeval now{};
     rk::os::gettimeofday(&now);
-    return static_cast<std::int64_t>(now.tv_sec) * 1000000 + now.tv_usec;
+    // A host's clock may give anything: unsigned, so that the sum wraps.
+    return static_cast<std::int64_t>(static_cast<std::uint64_t>(now.tv_sec) * 1000000u +
+                                     static_cast<std::uint64_t>(now.tv_usec));
 }
 
 } // namespace ZR::Corvale
