@@ -60,12 +60,6 @@ public:
         return value;
     }
 
-    void clear()
-    {
-        _slots.clear();
-        _size = 0;
-    }
-
     /// Calls `visit(key, value)` for every entry, in no particular order.
     template <typename Visit>
     void forEach(Visit visit)
