@@ -37,11 +37,12 @@ bool MemoryManager::removeProcess(const StringHash& process)
 
 bool MemoryManager::renameProcess(const StringHash& oldName, const StringHash& newName)
 {
+    Scopes moved; // what the new name had is freed without the lock
     const boost::lock_guard<boost::mutex> lock(_memoryLock);
     const auto found = _memory.find(oldName._hash);
     if (found == _memory.end())
         return false;
-    Scopes moved = found->second;
+    moved.swap(found->second);
     _memory.erase(found);
     _memory[newName._hash].swap(moved);
     return true;
