@@ -18,7 +18,8 @@ class Lambda_p;
 ///
 /// A call runs the filter on the caller's thread through a private graph of one node with one source an
 /// input, by the protocol that a process uses.
-/// Ownership: keeps its filter alive, also once it is deleted from the engine. Copies of a `Data` share
+/// Ownership: keeps its filter alive, also once it is deleted from the engine; but a filter that keeps
+/// memory needs the engine itself, so nothing is applied once that has ended. Copies of a `Data` share
 /// the lambda; `clone` separates.
 /// Threads: one thread at a time. A call that meets another one under way on the same object computes
 /// on a copy of it, so that neither disturbs the other.
