@@ -15,6 +15,7 @@
 #include <array>
 #include <cstdio>
 #include <memory>
+#include <sstream>
 
 namespace ZR::Corvale {
 
@@ -30,18 +31,24 @@ bool isOneOf(const std::string& text, const std::vector<std::string>& choices)
     return false;
 }
 
-bool fail(const boost::filesystem::path& path, const std::string& text)
-{
-    RK_LOG(rk::log::Error, category) << "loadProgramFromFile(\"" << path << "\"): " << text;
-    return false;
-}
-
 // A path as a log line shows it inside quotes of its own: the stream adds a second pair.
 std::string shown(const boost::filesystem::path& path)
 {
     std::ostringstream text;
     text << path;
     return text.str();
+}
+
+bool fail(const std::string& path, const std::string& text)
+{
+    rk::log::log(rk::log::Error, category, "loadProgramFromFile(\"" + path + "\"): " + text, __FILE__,
+                 "loadProgramFromFile", __LINE__);
+    return false;
+}
+
+bool fail(const boost::filesystem::path& path, const std::string& text)
+{
+    return fail(shown(path), text);
 }
 
 struct FileCloser
@@ -102,9 +109,7 @@ bool CorvalePrivate::loadProgramFromFile(const std::string& path, void* handle)
             return _loadPlugin(path, handle);
         return fail(file, "invalid file format.");
     } catch (...) {
-        RK_LOG(rk::log::Error, category)
-            << "loadProgramFromFile(\"" << path << "\"): impossible to perform loading.";
-        return false;
+        return fail(path, "impossible to perform loading.");
     }
 }
 
@@ -122,22 +127,21 @@ bool CorvalePrivate::_loadProgramFile(const std::string& path, void* handle)
 }
 
 // False also when all went well. The library is closed at once: a plug-in whose code must stay keeps
-// itself in memory.
+// itself in memory. It stays open when its entry throws, since the exception may be made of its code.
 bool CorvalePrivate::_loadPlugin(const std::string& path, void* handle)
 {
     if (!_markLoaded(path))
         return true;
     const boost::filesystem::path file(path, rk::unicodeFacet());
-    const auto close = [](void* library) { dlclose(library); };
-    void* const opened = dlopen(path.c_str(), RTLD_LAZY);
-    if (!opened)
+    void* const library = dlopen(path.c_str(), RTLD_LAZY);
+    if (!library)
         return fail(file, "error when performing dynamic loading.");
-    const std::unique_ptr<void, decltype(close)> library(opened, close);
     using Entry = void (*)(void*);
-    const Entry entry = reinterpret_cast<Entry>(dlsym(opened, "corvaleInit"));
-    if (!entry)
-        return fail(file, "corvaleInit(void* Corvale) not found in \"" + shown(file) + "\".");
-    entry(handle);
+    if (const Entry entry = reinterpret_cast<Entry>(dlsym(library, "corvaleInit")))
+        entry(handle);
+    else
+        fail(file, "corvaleInit(void* Corvale) not found in \"" + shown(file) + "\".");
+    dlclose(library);
     return false;
 }
 
