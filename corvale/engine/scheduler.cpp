@@ -58,9 +58,14 @@ bool Scheduler::stop()
     return true;
 }
 
+// Updates go one after the other, so that the last to look at the processes is the last to write.
 bool Scheduler::update()
 {
-    std::vector<boost::shared_ptr<Process>> schedule = pass(_engine->getSchedulableProcesses());
+    std::vector<boost::shared_ptr<Process>> processes; // end after the locks, as does the former schedule
+    std::vector<boost::shared_ptr<Process>> schedule;
+    const boost::lock_guard<boost::mutex> update(_updateMutex);
+    processes = _engine->getSchedulableProcesses();
+    schedule = pass(processes);
     {
         const boost::lock_guard<boost::mutex> work(_workMutex);
         const boost::lock_guard<boost::mutex> guard(_scheduleMutex);
@@ -97,13 +102,16 @@ std::vector<boost::shared_ptr<Process>> Scheduler::getScheduledProcessList() con
     return _schedule;
 }
 
-// Without workers nobody would ever take the process, and the list would only grow.
+// Without workers nobody would ever take the process, and the list would only grow; while they are
+// stopped, a process waits once.
 bool Scheduler::addProcessToScheduledProcessList(boost::shared_ptr<Process> process)
 {
     if (_threadCount == 0)
         return true;
     {
         const boost::lock_guard<boost::mutex> guard(_workMutex);
+        if (!_running)
+            _workList.erase(std::remove(_workList.begin(), _workList.end(), process), _workList.end());
         _workList.push_back(process);
     }
     _wake(false);
@@ -143,9 +151,11 @@ void Scheduler::run()
         if (const boost::shared_ptr<Process> process = getNextProcess())
             _visit(process);
     }
-    std::vector<boost::shared_ptr<Process>> dropped;
+    Dropped dropped;
     const boost::lock_guard<boost::mutex> guard(_workMutex);
-    dropped.swap(_workList);
+    dropped.slots.swap(_workList);
+    std::swap(dropped.queue, _dueQueue);
+    _scheduleChanged = true;
 }
 
 void Scheduler::_visit(const boost::shared_ptr<Process>& process)
@@ -173,12 +183,13 @@ boost::shared_ptr<Process> Scheduler::getNextProcess()
     }
     bool lookedAtAll = false;
     long long microseconds = 0;
+    Dropped dropped;
     {
         const boost::lock_guard<boost::mutex> guard(_workMutex);
         const std::int64_t now = currentMicroseconds();
         if (_workList.empty())
-            lookedAtAll = _beginPass(now);
-        if (const boost::shared_ptr<Process> process = _takeFromWorkList())
+            lookedAtAll = _beginPass(now, dropped);
+        if (const boost::shared_ptr<Process> process = _takeFromWorkList(dropped))
             return process;
         microseconds = _dueQueue.untilNext(now, longestSleep);
     }
@@ -192,7 +203,7 @@ boost::shared_ptr<Process> Scheduler::getNextProcess()
 // A pass goes over the whole schedule when it has changed, and every tenth of a second, since a reset or
 // a host's clock can make anything due; in between over what the queue knows to be due. True for the
 // former. Caller holds _workMutex.
-bool Scheduler::_beginPass(std::int64_t now)
+bool Scheduler::_beginPass(std::int64_t now, Dropped& dropped)
 {
     const bool lookAtAll = _scheduleChanged || now < _lastLookAtAll || now - _lastLookAtAll >= longestSleep;
     if (!lookAtAll) {
@@ -201,6 +212,7 @@ bool Scheduler::_beginPass(std::int64_t now)
     }
     const boost::lock_guard<boost::mutex> guard(_scheduleMutex);
     _workList = _schedule;
+    std::swap(dropped.queue, _dueQueue);
     _dueQueue.assign(_schedule, now);
     _scheduleChanged = false;
     _lastLookAtAll = now;
@@ -209,13 +221,14 @@ bool Scheduler::_beginPass(std::int64_t now)
 
 // Takes the last entry that no worker holds and whose `update` would do something; what is passed over is
 // gone for this pass. Caller holds _workMutex.
-boost::shared_ptr<Process> Scheduler::_takeFromWorkList()
+boost::shared_ptr<Process> Scheduler::_takeFromWorkList(Dropped& dropped)
 {
     while (!_workList.empty()) {
         boost::shared_ptr<Process> process = std::move(_workList.back());
         _workList.pop_back();
         if (process->isActive() && !process->isValid() && _activeProcesses.insert(process).second)
             return process;
+        dropped.slots.push_back(std::move(process));
     }
     return boost::shared_ptr<Process>();
 }

@@ -34,7 +34,8 @@ class Process;
 ///
 /// Priority is so a rate of attention, and frequency a limit on computation.
 /// Ownership: a value member of the engine, which outlives it. Threads: thread-safe. `stop` must not be
-/// called on a worker. Locks, outermost first: `_stateMutex`; `_workMutex`, `_scheduleMutex`.
+/// called on a worker. Locks, outermost first: `_stateMutex`; `_updateMutex`, the engine's for its
+/// processes; `_workMutex`, `_scheduleMutex`.
 /// Failure: `boost::thread_resource_error` from `start` if no thread can be made.
 class Scheduler
 {
@@ -64,11 +65,18 @@ public:
     static bool processSort(Share a, Share b) { return a.second < b.second; }
 
 private:
+    // What leaves the lists under their lock, to end after it: a process may hold what is a host's.
+    struct Dropped
+    {
+        std::vector<boost::shared_ptr<Process>> slots;
+        DueQueue queue;
+    };
+
     void run();
     void _visit(const boost::shared_ptr<Process>& process);
     boost::shared_ptr<Process> getNextProcess();
-    bool _beginPass(std::int64_t now);
-    boost::shared_ptr<Process> _takeFromWorkList();
+    bool _beginPass(std::int64_t now, Dropped& dropped);
+    boost::shared_ptr<Process> _takeFromWorkList(Dropped& dropped);
     void _release(const boost::shared_ptr<Process>& process);
     void _sleep(long long microseconds, std::uint64_t wakesSeen);
     void _wake(bool everyWorker);
@@ -79,6 +87,8 @@ private:
     boost::mutex _stateMutex;                             // serialises start and stop
     std::vector<std::unique_ptr<boost::thread>> _threads; // guarded by _stateMutex
     std::atomic<bool> _running{false};
+
+    boost::mutex _updateMutex; // serialises update
 
     boost::mutex _workMutex;
     std::vector<boost::shared_ptr<Process>> _workList;     // guarded by _workMutex
