@@ -14,31 +14,33 @@
 
 namespace ZR::Corvale {
 
-// Passes until one changes nothing: an upstream process may turn after its place in the pass.
+// Walks from the active processes to what they read. The flags are set once the answer stands, so that a
+// process that stays a zombie is one throughout: workers read the flags meanwhile.
 void CorvalePrivate::_computeDependency(bool clear)
 {
     const boost::lock_guard<boost::mutex> guard(_processesMutex);
-    if (clear)
-        for (const auto& entry : _processes)
-            entry.second->unZombify();
+    std::vector<Process*> active;
+    for (const auto& entry : _processes)
+        if (clear ? entry.second->isEnable() : entry.second->isActive())
+            active.push_back(entry.second.get());
 
-    std::set<const Process*> visited;
-    for (bool changed = true; changed;) {
-        changed = false;
-        for (const auto& entry : _processes) {
-            const Process& reader = *entry.second;
-            if (!reader.isActive() || !visited.insert(&reader).second)
-                continue;
-            for (const auto& source : reader.getSources())
-                for (const std::string& name : source.second->getDependencies()) {
-                    const boost::shared_ptr<Process> upstream = _findProcess(name);
-                    if (upstream && !upstream->isActive()) {
-                        upstream->zombify();
-                        changed = true;
-                    }
+    std::set<const Process*> known(active.begin(), active.end());
+    std::set<const Process*> zombies;
+    for (std::size_t i = 0; i < active.size(); ++i)
+        for (const auto& source : active[i]->getSources())
+            for (const std::string& name : source.second->getDependencies()) {
+                const boost::shared_ptr<Process> upstream = _findProcess(name);
+                if (upstream && known.insert(upstream.get()).second) {
+                    zombies.insert(upstream.get());
+                    active.push_back(upstream.get());
                 }
-        }
-    }
+            }
+
+    for (const auto& entry : _processes)
+        if (zombies.count(entry.second.get()) != 0)
+            entry.second->zombify();
+        else if (clear)
+            entry.second->unZombify();
 }
 
 bool CorvalePrivate::_isRead(const std::string& source) const
