@@ -145,8 +145,7 @@ private:
     template <typename Read>
     boost::shared_ptr<Data> _readSink(const std::string& sink, const char* operation, Read read) const;
     bool _setEnabled(const std::string& name, bool enabled, const char* operation, const char* prefix);
-    void _forgetBoundSources() const; // takes _sourcesMutex
-    void _rebuildSchedule(bool clearZombies);
+    void _rebuildSchedule(bool clearZombies); // and forgets which sources are bound
 
     // Declared in the order in which they are built; they end in the reverse one.
     Parser _parser;

@@ -4,6 +4,7 @@
 #include "corvale/data/datalambda.h"
 #include "corvale/engine/corvale_p.h"
 #include "corvale/engine/tablekeys.h"
+#include "corvale/filter/filter.h"
 #include "corvale/parser/literal.h"
 #include "corvale/parser/parsingtools.h"
 #include "corvale/runtime/aggregatedsink.h"
@@ -20,18 +21,13 @@
 #include <boost/make_shared.hpp>
 #include <boost/thread/lock_guard.hpp>
 
+#include <sstream>
+
 namespace ZR::Corvale {
 
 namespace {
-
 const std::string category = rk::log::addCategory("corvale.private");
-
-bool hasColon(const std::string& text)
-{
-    return text.find(':') != std::string::npos;
 }
-
-} // namespace
 
 ProcessBuilder::ProcessBuilder(CorvalePrivate& engine, const std::string& name, const std::string& filter)
     : _engine(engine),
@@ -131,8 +127,8 @@ boost::shared_ptr<NodeSource> ProcessBuilder::_plainSource(const std::string& ex
         return _anonymousSource(value);
     if (expression == "null")
         return _anonymousSource(boost::shared_ptr<Data>());
-    if (_engine.isFilter(expression))
-        return _anonymousSource(boost::make_shared<Data>(_engine.createLambda(expression)));
+    if (const boost::shared_ptr<Filter> filter = _engine._findFilter(expression))
+        return _anonymousSource(boost::make_shared<Data>(Type::Lambda::createLambda(filter)));
     _failShort("impossible to find the specified source \"" + expression + "\".");
     return boost::shared_ptr<NodeSource>();
 }
@@ -261,9 +257,10 @@ void ProcessBuilder::_publish(float frequency)
         _process->holdSource(source);
     _process->setFrequency(frequency);
     _engine._processes.emplace(_name, _process);
-    RK_LOG(rk::log::Verbose, category)
-        << "new corvale process: \"" << _name << "\" priority: " << _process->getPriority()
-        << " frequency: " << _process->getFrequency();
+    std::ostringstream line;
+    line << "new corvale process: \"" << _name << "\" priority: " << _process->getPriority()
+         << " frequency: " << _process->getFrequency();
+    _report(rk::log::Verbose, line.str());
 }
 
 std::string ProcessBuilder::_nextAnonymous()

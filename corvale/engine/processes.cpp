@@ -26,11 +26,6 @@ const std::string category = rk::log::addCategory("corvale.private");
 
 const char* const processUnknown = "\": process unknown.";
 
-bool hasColon(const std::string& name)
-{
-    return name.find(':') != std::string::npos;
-}
-
 } // namespace
 
 boost::shared_ptr<Process> CorvalePrivate::_findProcess(const std::string& name) const
@@ -49,15 +44,14 @@ Result CorvalePrivate::_withProcess(const std::string& name, const char* operati
     return missing;
 }
 
-void CorvalePrivate::_forgetBoundSources() const
-{
-    const boost::lock_guard<boost::mutex> guard(_sourcesMutex);
-    _sourceBoundCache.clear();
-}
-
+// What is remembered of bound sources goes after the zombies are known, on which it depends.
 void CorvalePrivate::_rebuildSchedule(bool clearZombies)
 {
     _computeDependency(clearZombies);
+    {
+        const boost::lock_guard<boost::mutex> guard(_sourcesMutex);
+        _sourceBoundCache.clear();
+    }
     _scheduler.update();
 }
 
@@ -81,7 +75,6 @@ bool CorvalePrivate::createProcess(const std::string& name, const std::string& f
     if (!builder.build(inputs, outputs, events, declarations, priority, frequency))
         return false;
     _rebuildSchedule(false);
-    _forgetBoundSources();
     return true;
 }
 
@@ -114,7 +107,6 @@ bool CorvalePrivate::deleteProcess(const std::string& name)
     }
     _processes.erase(name);
     _memoryManager.removeProcess(StringHash(name));
-    _forgetBoundSources();
     lock.unlock();
     RK_LOG(rk::log::Verbose, category) << "Delete process \"" << name << "\".";
     _rebuildSchedule(true);
@@ -126,7 +118,6 @@ bool CorvalePrivate::_setEnabled(const std::string& name, bool enabled, const ch
 {
     const bool known = _withProcess(name, operation, prefix, processUnknown, false, [&](Process& process) {
         enabled ? process.enable() : process.disable();
-        _forgetBoundSources();
         return true;
     });
     if (known)
@@ -232,20 +223,18 @@ template <typename Read>
 boost::shared_ptr<Data> CorvalePrivate::_readSink(const std::string& sink, const char* operation,
                                                   Read read) const
 {
-    const std::string prefix = std::string(operation) + "(\"" + sink + "\"): ";
-    if (!hasColon(sink)) {
-        rk::log::log(rk::log::Error, category,
-                     prefix + "the sink is not correctly formated (\"process:sink\" expected).", __FILE__,
-                     operation, __LINE__);
+    const auto fail = [&](const std::string& text) {
+        rk::log::log(rk::log::Error, category, std::string(operation) + "(\"" + sink + "\"): " + text,
+                     __FILE__, operation, __LINE__);
         return boost::shared_ptr<Data>();
-    }
+    };
+    if (!hasColon(sink))
+        return fail("the sink is not correctly formated (\"process:sink\" expected).");
     const auto [processName, sinkName] = splitString(":", sink);
     const boost::lock_guard<boost::mutex> guard(_processesMutex);
     if (const boost::shared_ptr<Process> process = _findProcess(processName))
         return read(*process, sinkName);
-    rk::log::log(rk::log::Error, category, prefix + "the process \"" + processName + "\" does not exist.",
-                 __FILE__, operation, __LINE__);
-    return boost::shared_ptr<Data>();
+    return fail("the process \"" + processName + "\" does not exist.");
 }
 
 // The table's lock stands for the whole computation: no process can go away under it.

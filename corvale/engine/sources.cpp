@@ -15,15 +15,8 @@
 namespace ZR::Corvale {
 
 namespace {
-
 const std::string category = rk::log::addCategory("corvale.private");
-
-bool hasColon(const std::string& name)
-{
-    return name.find(':') != std::string::npos;
 }
-
-} // namespace
 
 std::vector<std::string> CorvalePrivate::getSources() const
 {
@@ -166,23 +159,27 @@ bool CorvalePrivate::deleteSource(const std::string& name)
     return false;
 }
 
+// The former value ends after the engine's locks are released: it may be a large one, and a host's.
 bool CorvalePrivate::setData(const std::string& name, boost::shared_ptr<Data> data)
 {
+    boost::shared_ptr<NodeSource> source;
     if (!hasColon(name)) {
         const boost::lock_guard<boost::mutex> sources(_sourcesMutex);
-        const boost::shared_ptr<NodeSource> source = findIn(_sources, name);
-        if (source)
-            return source->setData(data);
-        RK_LOG(rk::log::Error, category) << "Can't set data for source \"" << name << "\": source unknown.";
-        return false;
+        source = findIn(_sources, name);
+    } else {
+        const boost::lock_guard<boost::mutex> processes(_processesMutex);
+        const auto [processName, sourceName] = splitString(":", name);
+        const boost::shared_ptr<Process> process = _findProcess(processName);
+        if (!process) {
+            RK_LOG(rk::log::Error, category) << "Can't set data for source \"" << name << "\": process \""
+                                             << processName << "\" not found.";
+            return false;
+        }
+        source = process->getSources().at(sourceName);
     }
-    const boost::lock_guard<boost::mutex> processes(_processesMutex);
-    const auto [processName, sourceName] = splitString(":", name);
-    const boost::shared_ptr<Process> process = _findProcess(processName);
-    if (process)
-        return process->getSources().at(sourceName)->setData(data);
-    RK_LOG(rk::log::Error, category) << "Can't set data for source \"" << name << "\": process \""
-                                     << processName << "\" not found.";
+    if (source)
+        return source->setData(data);
+    RK_LOG(rk::log::Error, category) << "Can't set data for source \"" << name << "\": source unknown.";
     return false;
 }
 

@@ -16,6 +16,12 @@ std::vector<std::string> keysOf(const Map& map)
     return keys;
 }
 
+/// Whether a name has two halves: "process:sink".
+inline bool hasColon(const std::string& name)
+{
+    return name.find(':') != std::string::npos;
+}
+
 /// The value of a key, or a null pointer.
 template <typename Map>
 typename Map::mapped_type findIn(const Map& map, const std::string& key)
