@@ -5,6 +5,7 @@
 
 #include "corvale/data/data.h"
 #include "corvale/engine/corvale.h"
+#include "rk/log.h"
 
 namespace cli {
 
@@ -51,6 +52,8 @@ void Lockstep::compute(const std::string& sink, std::uint64_t frame)
     try {
         _engine.getData(sink);
     } catch (const std::exception& error) {
+        // Nodes that are left in the middle of a computation complain when they end: not the cause.
+        rk::log::setLevel(0);
         throw Failure("frame " + std::to_string(frame) + ": the process of \"" + sink +
                       "\" failed: " + firstLine(error.what()));
     }

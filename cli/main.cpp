@@ -8,6 +8,9 @@
 #include <CLI/Formatter.hpp>
 #include <opencv2/core/utils/logger.hpp>
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -18,6 +21,16 @@ int fail(const std::string& line, int exitCode)
 {
     std::fprintf(stderr, "corvale: %s\n", line.c_str());
     return exitCode;
+}
+
+// Else the first file that is opened would become the standard output that somebody closed.
+void holdStandardFiles()
+{
+    int descriptor = 0;
+    do
+        descriptor = open("/dev/null", O_RDWR);
+    while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+    close(descriptor);
 }
 
 // Files that cannot be read or written get one line, ours.
@@ -31,6 +44,7 @@ void silenceLibraries()
 
 int main(int count, char** arguments)
 {
+    holdStandardFiles();
     cli::interrupt::watch();
     silenceLibraries();
 

@@ -62,7 +62,8 @@ std::string Meters::summary(double seconds) const
         const double values = static_cast<double>(std::max<std::uint64_t>(1, meter->values));
         char figures[160];
         std::snprintf(figures, sizeof figures,
-                      "  %6llu computations  %7.2f per second  frame to sink %8.3f ms mean %8.3f ms worst\n",
+                      "  %6llu computations with a value  %7.2f per second  frame to sink %8.3f ms mean "
+                      "%8.3f ms worst\n",
                       computations, seconds > 0.0 ? static_cast<double>(computations) / seconds : 0.0,
                       milliseconds(meter->sum) / values, milliseconds(meter->worst));
         text += meter->process + std::string(widest - meter->process.size(), ' ') + figures;

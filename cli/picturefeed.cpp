@@ -4,16 +4,35 @@
 
 #include <opencv2/imgcodecs.hpp>
 
+#include <fstream>
+#include <iterator>
+
 namespace cli {
 
 namespace {
 
+// Decoders fill what is missing with grey, or complain in words of their own.
+bool isCutOff(const std::string& bytes)
+{
+    if (bytes.compare(0, 4, "\x89PNG") == 0)
+        return bytes.find("IEND") == std::string::npos;
+    if (bytes.compare(0, 3, "\xff\xd8\xff") == 0)
+        return bytes.rfind("\xff\xd9") == std::string::npos;
+    return false;
+}
+
 cv::Mat read(const std::string& file)
 {
+    std::ifstream stream(file, std::ios::binary);
+    const std::string bytes((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
+    if (isCutOff(bytes))
+        throw Failure("the picture \"" + file + "\" is cut off; copy it again");
+
     cv::Mat picture;
     try {
-        picture = cv::imread(file, cv::IMREAD_ANYCOLOR | cv::IMREAD_ANYDEPTH);
-    } catch (const cv::Exception&) { // a header that promises too much
+        const cv::Mat view(1, static_cast<int>(bytes.size()), CV_8UC1, const_cast<char*>(bytes.data()));
+        picture = cv::imdecode(view, cv::IMREAD_ANYCOLOR | cv::IMREAD_ANYDEPTH);
+    } catch (const cv::Exception&) { // nothing in it, or a header that promises too much
     }
     if (picture.empty())
         throw Failure("cannot read the picture \"" + file + "\": it is damaged or of an unknown format");

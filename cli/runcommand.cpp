@@ -32,7 +32,7 @@ RunCommand::RunCommand(CLI::App& app)
         .add_option("--frames", _options.frames,
                     "End after N frames; else when a recording ends, after one if none does")
         ->type_name("N")
-        ->check(CLI::PositiveNumber);
+        ->check(CLI::Range(1.0, 1e15));
     _command.add_option("--rate", _options.pictureRate, "Frames per second of pictures, if no video is fed")
         ->check(CLI::Range(0.001, 100000.0))
         ->capture_default_str();

@@ -2,6 +2,8 @@
 
 #include "cli/failure.h"
 
+#include <boost/filesystem.hpp>
+
 #include <set>
 
 namespace cli {
@@ -17,13 +19,22 @@ std::pair<std::string, std::string> assignment(const std::string& text, const st
 void requireDistinct(const RunOptions& options)
 {
     std::set<std::string> sources;
-    for (const std::string& feed : options.feeds)
-        if (const std::string source = assignment(feed, "--feed").first; !sources.insert(source).second)
+    std::vector<std::string> inputs = {options.program};
+    for (const std::string& feed : options.feeds) {
+        const auto [source, path] = assignment(feed, "--feed");
+        if (!sources.insert(source).second)
             throw Failure("the source \"" + source + "\" is fed twice; give it one feed");
+        inputs.push_back(path);
+    }
     std::set<std::string> paths;
-    for (const std::string& save : options.saves)
-        if (const std::string path = assignment(save, "--save").second; !paths.insert(path).second)
+    for (const std::string& save : options.saves) {
+        const std::string path = assignment(save, "--save").second;
+        if (!paths.insert(path).second)
             throw Failure("\"" + path + "\" is saved to twice; give each sink a file of its own");
+        for (const std::string& input : inputs)
+            if (boost::system::error_code error; boost::filesystem::equivalent(path, input, error))
+                throw Failure("\"" + path + "\" is read by this run; save to another file");
+    }
 }
 
 } // namespace cli

@@ -25,7 +25,7 @@ struct RunOptions
 /// The two sides of `NAME=PATH`; a `Failure` if one is missing. `option` is for the message.
 std::pair<std::string, std::string> assignment(const std::string& text, const std::string& option);
 
-/// Throws a `Failure` if a source is fed, or a file is written, twice.
+/// Throws a `Failure` if a source is fed twice, or a file is written that is read or written already.
 void requireDistinct(const RunOptions& options);
 
 } // namespace cli

@@ -96,8 +96,8 @@ void VideoSave::finish()
     }
     _writer.release();
     // The writer keeps failed writes to itself; they show in the file.
-    constexpr std::uintmax_t leastSize = 16;
-    if (missingBytes(_path) != 0 || fs::file_size(_path, error) < leastSize)
+    if (missingBytes(_path) != 0 ||
+        !cv::VideoCapture(fs::absolute(_path).string(), cv::CAP_FFMPEG).isOpened())
         throw Failure("cannot write all of \"" + _path + "\"; make room there, or save to another place");
 }
 
