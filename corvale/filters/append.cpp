@@ -41,7 +41,7 @@ Values Append::applyFilter(const Values& inputs, const StringHash&, const String
     if (inputs.size() >= 2 && inputs[1])
         array = *payload<Values>(inputs[1]);
     array.push_back(inputs[0]);
-    return one(boost::make_shared<Data>(array));
+    return one(array);
 }
 
 } // namespace ZR::Corvale::Filters

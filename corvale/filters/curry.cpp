@@ -29,7 +29,7 @@ Values Curry::applyFilter(const Values& inputs, const StringHash&, const StringH
         return {};
     const boost::shared_ptr<Type::Lambda> bound = payload<Type::Lambda>(inputs[0])->clone();
     bound->curry(*payload<Values>(inputs[1]));
-    return one(boost::make_shared<Data>(bound));
+    return one(bound);
 }
 
 } // namespace ZR::Corvale::Filters

@@ -1,7 +1,5 @@
 #include "corvale/filters/guard.h"
 
-#include "corvale/filters/dataconversion.h"
-
 namespace ZR::Corvale::Filters {
 
 namespace {
@@ -68,16 +66,6 @@ Guard Guard::intact(std::size_t input)
 {
     return Guard([](const Guard& guard, const Values& inputs) { return isIntact(guard._value(inputs)); },
                  input);
-}
-
-Guard Guard::pixels(std::size_t input)
-{
-    return Guard(
-        [](const Guard& guard, const Values& inputs) {
-            const boost::shared_ptr<Data>& value = guard._value(inputs);
-            return isIntact(value) && !dataToCvMat(value).empty();
-        },
-        input);
 }
 
 Guard Guard::that(Condition condition)

@@ -26,8 +26,6 @@ public:
     static Guard sameKind();
     /// The input is not null and has a payload; the matrix of an image has the type of its kind.
     static Guard intact(std::size_t input);
-    /// The input is an image with at least one pixel, and intact.
-    static Guard pixels(std::size_t input);
     /// Any other condition.
     static Guard that(Condition condition);
 

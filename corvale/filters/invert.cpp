@@ -53,7 +53,7 @@ Values Invert::applyFilter(const Values& inputs, const StringHash&, const String
         return {};
     const DataType kind = inputs[0]->getType();
     if (kind == DataType::Boolean)
-        return one(boost::make_shared<Data>(!number<bool>(inputs[0])));
+        return one(!number<bool>(inputs[0]));
     const cv::Mat image = dataToCvMat(inputs[0]);
     return one(
         cvMatToData(kind == DataType::BinaryImage ? switched(image) : complement(image), kind, inputs[0]));

@@ -5,7 +5,6 @@
 #include <boost/make_shared.hpp>
 #include <boost/shared_ptr.hpp>
 
-#include <utility>
 #include <vector>
 
 namespace ZR::Corvale::Filters {
@@ -33,11 +32,11 @@ inline Values one(const boost::shared_ptr<Data>& value)
     return Values(1, value);
 }
 
-/// The same, with a new payload built from `arguments`.
-template <typename Payload, typename... Arguments>
-Values one(Arguments&&... arguments)
+/// The same, with a new value that holds `content`: a number, an array, a pointer to a payload.
+template <typename Content>
+Values one(const Content& content)
 {
-    return one(boost::make_shared<Data>(boost::make_shared<Payload>(std::forward<Arguments>(arguments)...)));
+    return one(boost::make_shared<Data>(content));
 }
 
 } // namespace ZR::Corvale::Filters

@@ -7,8 +7,9 @@
 #include "corvale/runtime/stringhash.h"
 #include "support/logcapture.h"
 
+#include <gtest/gtest.h>
+
 #include <map>
-#include <stdexcept>
 #include <string>
 
 namespace support {
@@ -47,9 +48,8 @@ public:
     boost::shared_ptr<Data> only(const std::string& filter, const Values& inputs)
     {
         const Values outputs = (*this)(filter, inputs);
-        if (outputs.size() != 1 || !outputs[0])
-            throw std::logic_error(filter + " gave not one value");
-        return outputs[0];
+        EXPECT_EQ(outputs.size(), 1u) << filter;
+        return outputs.at(0);
     }
 
     LogCapture log;

@@ -59,18 +59,6 @@ inline int at(const cv::Mat& matrix, int y, int x, int component)
     return matrix.depth() == CV_8U ? matrix.ptr<uchar>(y)[i] : matrix.ptr<ushort>(y)[i];
 }
 
-/// Expects a matrix of this size and type whose components are `literal(y, x, component)`.
-template <typename Literal>
-void expectComponents(const cv::Mat& actual, cv::Size size, int type, Literal literal)
-{
-    ASSERT_EQ(actual.size(), size);
-    ASSERT_EQ(actual.type(), type);
-    for (int y = 0; y < size.height; ++y)
-        for (int x = 0; x < size.width; ++x)
-            for (int c = 0; c < actual.channels(); ++c)
-                ASSERT_EQ(at(actual, y, x, c), literal(y, x, c)) << "row " << y << " column " << x;
-}
-
 /// An image of that kind, with an origin that no image has by default.
 inline boost::shared_ptr<ZR::Corvale::Data> imageOf(DataType kind, const cv::Mat& matrix)
 {
@@ -90,6 +78,22 @@ inline bool hasOrigin(const boost::shared_ptr<ZR::Corvale::Data>& data)
                  image.fovY == 0.5f;
     });
     return result;
+}
+
+/// Expects an image of that kind with components `literal(y, x, component)`.
+template <typename Literal>
+void expectImage(const boost::shared_ptr<ZR::Corvale::Data>& actual, cv::Size size, DataType kind,
+                 bool withOrigin, Literal literal)
+{
+    const cv::Mat matrix = ZR::Corvale::dataToCvMat(actual);
+    ASSERT_EQ(actual->getType(), kind);
+    ASSERT_EQ(hasOrigin(actual), withOrigin);
+    ASSERT_EQ(matrix.size(), size);
+    ASSERT_EQ(matrix.type(), matTypeOf(kind));
+    for (int y = 0; y < size.height; ++y)
+        for (int x = 0; x < size.width; ++x)
+            for (int c = 0; c < matrix.channels(); ++c)
+                ASSERT_EQ(at(matrix, y, x, c), literal(y, x, c)) << "row " << y << " column " << x;
 }
 
 } // namespace support

@@ -1,12 +1,18 @@
+#include "corvale/data/datamatriximage.h"
+#include "corvale/data/truncate.h"
 #include "filters/filterrunner.h"
 #include "filters/images.h"
+
+#include <gmock/gmock.h>
 
 #include <climits>
 #include <cmath>
 #include <cstring>
+#include <stdexcept>
 #include <vector>
 
 using namespace support;
+using ZR::Corvale::cvMatToData;
 using ZR::Corvale::dataToCvMat;
 
 namespace {
@@ -16,76 +22,73 @@ constexpr DataType Gray = DataType::GrayscaleImage;
 constexpr DataType Binary = DataType::BinaryImage;
 constexpr DataType Depth = DataType::DepthImage;
 
-// Runs a filter and expects an image of that kind with components `literal(y, x, component)`.
-template <typename Literal>
-void expectImage(FilterRunner& run, const char* filter, const Values& inputs, cv::Size size, DataType kind,
-                 bool withOrigin, Literal literal)
-{
-    SCOPED_TRACE(filter);
-    const auto result = run.only(filter, inputs);
-    EXPECT_EQ(result->getType(), kind);
-    EXPECT_EQ(hasOrigin(result), withOrigin);
-    expectComponents(dataToCvMat(result), size, matTypeOf(kind), literal);
-}
+const int numbers[] = {INT_MIN, -1, 0, 1, 2, 3, 100, 254, 255, 65534, 65535, 65536, 1 << 24, INT_MAX};
 
-TEST(TwoImages, AreCombinedAsByTheLiteralEvaluation)
+// What a filter makes of a component, and of the one in the same place of a second image or of a number.
+struct ComponentFilter
 {
-    const struct
-    {
-        const char* filter;
-        std::vector<DataType> kinds;
-        int (*literal)(int left, int right);
-        bool keepsOrigin;
-    } rows[] = {
-        {"Add", {Color, Gray, Binary}, [](int l, int r) { return std::min(l + r, 255); }, true},
-        {"Sub", {Color, Gray, Depth}, [](int l, int r) { return std::abs(l - r); }, false},
-        {"Multiply", {Color}, [](int l, int r) { return l * r / 255; }, false},
-        {"Multiply", {Binary}, [](int l, int r) { return l & r; }, true},
-        {"Min", {Color, Gray}, [](int l, int r) { return std::min(l, r); }, false},
-        {"Max", {Color, Gray}, [](int l, int r) { return std::max(l, r); }, false},
-    };
-    cv::Mat pairsLeft(256, 768, CV_8UC1), pairsRight(256, 768, CV_8UC1); // every pair of bytes
-    for (int i = 0; i < 256; ++i) {
-        pairsLeft.row(i).setTo(i);
-        for (int x = i; x < 768; x += 256)
-            pairsRight.col(x).setTo(i);
-    }
+    const char* filter;
+    std::vector<DataType> kinds;
+    char second; // i: an image, n: a number, 0: nothing
+    bool keepsOrigin;
+    int (*literal)(int left, int right);
+};
+
+// clang-format off
+const ComponentFilter componentFilters[] = {
+    {"Add", {Color, Gray, Binary}, 'i', true, [](int l, int r) { return std::min(l + r, 255); }},
+    {"Sub", {Color, Gray, Depth}, 'i', false, [](int l, int r) { return std::abs(l - r); }},
+    {"Min", {Color, Gray}, 'i', false, [](int l, int r) { return l < r ? l : r; }},
+    {"Max", {Color, Gray}, 'i', false, [](int l, int r) { return l > r ? l : r; }},
+    {"Multiply", {Color}, 'i', false, [](int l, int r) { return l * r / 255; }},
+    {"Multiply", {Binary}, 'i', true, [](int l, int r) { return l & r; }},
+    {"Multiply", {Gray}, 'n', true,
+     [](int v, int factor) { return int(std::clamp(1LL * v * factor, 0LL, 255LL)); }},
+    {"Threshold", {Gray, Depth}, 'n', true, [](int v, int ceil) { return v > ceil ? 255 : 0; }},
+    {"Invert", {Color, Gray}, 0, true, [](int v, int) { return 255 - v; }},
+    {"Invert", {Binary}, 0, true, [](int v, int) { return v != 0 ? 0 : 255; }},
+};
+// clang-format on
+
+TEST(ComponentFilters, EqualTheLiteralEvaluation)
+{
     FilterRunner run;
-    for (const auto& row : rows)
-        for (const DataType kind : row.kinds) {
-            const auto check = [&](const cv::Mat& left, const cv::Mat& right) {
-                const Values inputs{imageOf(kind, left), imageOf(kind, right)};
-                expectImage(
-                    run, row.filter, inputs, left.size(), kind, row.keepsOrigin,
-                    [&](int y, int x, int c) { return row.literal(at(left, y, x, c), at(right, y, x, c)); });
-            };
-            const int type = matTypeOf(kind);
-            if (kind != Depth)
-                check(pairsLeft.reshape(CV_MAT_CN(type)), pairsRight.reshape(CV_MAT_CN(type)));
+    for (const auto& row : componentFilters)
+        for (const DataType kind : row.kinds)
             forEachShape([&](const Shape& shape) {
-                const cv::Mat left = shape.random(type);
-                check(left, shape.random(type));
-                check(left, Shape{shape.size, false}.random(type));
+                SCOPED_TRACE(row.filter);
+                const bool two = row.second == 'i';
+                const DataType out = row.second == 'n' ? Binary : kind;
+                const cv::Mat left = shape.random(matTypeOf(kind));
+                for (const int number : numbers) {
+                    const cv::Mat right = Shape{shape.size, number % 2 == 0}.random(matTypeOf(kind));
+                    Values inputs{imageOf(kind, left), two ? imageOf(kind, right) : value(number)};
+                    inputs.resize(row.second == 0 ? 1 : 2);
+                    const auto literal = [&](int y, int x, int c) {
+                        return row.literal(at(left, y, x, c), two ? at(right, y, x, c) : number);
+                    };
+                    expectImage(run.only(row.filter, inputs), left.size(), out, row.keepsOrigin, literal);
+                }
             });
-        }
 }
 
-TEST(TwoImages, OfDifferentSizeAreRefused)
+TEST(TwoImages, ThatDoNotMatchAreRefused)
 {
     FilterRunner run;
-    const auto pair = [](DataType kind) {
-        const int type = matTypeOf(kind);
-        return Values{imageOf(kind, cv::Mat(3, 4, type)), imageOf(kind, cv::Mat(4, 3, type))};
-    };
-    std::vector<std::string> lines;
+    const Values colors{imageOf(Color, cv::Mat(3, 4, CV_8UC3)), imageOf(Color, cv::Mat(4, 3, CV_8UC3))};
+    const Values masks{imageOf(Binary, cv::Mat(3, 4, CV_8UC1)), imageOf(Binary, cv::Mat(4, 3, CV_8UC1))};
     for (const std::string filter : {"Sub", "Multiply", "Min", "Max"}) {
-        EXPECT_TRUE(run(filter, pair(Color)).empty());
-        lines.push_back(" [Invalid Input] -> " + filter + " -> ...");
+        EXPECT_TRUE(run(filter, colors).empty());
+        EXPECT_EQ(run.log.messages(rk::log::Error).back(), " [Invalid Input] -> " + filter + " -> ...");
     }
-    EXPECT_THROW(run("Add", pair(Gray)), cv::Exception);
-    EXPECT_THROW(run("Multiply", pair(Binary)), cv::Exception);
-    EXPECT_THROW(run("Mask", pair(Binary)), cv::Exception);
-    EXPECT_EQ(run.log.messages(rk::log::Error), lines);
+    for (const char* filter : {"Add", "Multiply", "Mask"})
+        EXPECT_THROW(run(filter, masks), cv::Exception); // OpenCV's own
+    for (const auto& noMask :
+         {imageOf(Depth, cv::Mat(4, 3, CV_16UC1)), colors[1], imageOf(Binary, cv::Mat())}) {
+        EXPECT_TRUE(run("Mask", {noMask, masks[1]}).empty());
+        EXPECT_EQ(run.log.messages(rk::log::Error).back(), " [Invalid Input] -> Mask -> ...");
+    }
+    EXPECT_EQ(run.log.count(), 7u);
 }
 
 TEST(Numbers, CombineLikeWithLikeOnly)
@@ -107,40 +110,9 @@ TEST(Numbers, CombineLikeWithLikeOnly)
              {Values{value(2), value(1.5f)}, {value(2.0), value(1.5f)}, {value(2), gray}})
             EXPECT_TRUE(run(filter, pair).empty());
     EXPECT_TRUE(run("Multiply", {gray, gray}).empty());
-    EXPECT_EQ(run.log.count(), 0u);
-}
-
-const int numbers[] = {INT_MIN, -1, 0, 1, 2, 3, 100, 254, 255, 65534, 65535, 65536, 1 << 24, INT_MAX};
-
-TEST(OneImage, IsChangedAsByTheLiteralEvaluation)
-{
-    const struct
-    {
-        const char* filter;
-        DataType in;
-        DataType out;
-        int (*literal)(int component, int number);
-    } rows[] = {
-        {"Invert", Color, Color, [](int v, int) { return 255 - v; }},
-        {"Invert", Gray, Gray, [](int v, int) { return 255 - v; }},
-        {"Invert", Binary, Binary, [](int v, int) { return v != 0 ? 0 : 255; }},
-        {"Threshold", Gray, Binary, [](int v, int ceil) { return v > ceil ? 255 : 0; }},
-        {"Threshold", Depth, Binary, [](int v, int ceil) { return v > ceil ? 255 : 0; }},
-        {"Multiply", Gray, Binary, [](int v, int by) { return int(std::clamp(1LL * v * by, 0LL, 255LL)); }},
-    };
-    FilterRunner run;
-    for (const auto& row : rows)
-        forEachShape([&](const Shape& shape) {
-            const cv::Mat image = shape.random(matTypeOf(row.in));
-            for (const int number : numbers) {
-                Values inputs{imageOf(row.in, image), value(number)};
-                inputs.resize(run.filters[row.filter]->getInputs().size());
-                expectImage(run, row.filter, inputs, image.size(), row.out, true,
-                            [&](int y, int x, int c) { return row.literal(at(image, y, x, c), number); });
-            }
-        });
-    EXPECT_FALSE(bool(*run.only("Invert", {value(true)})));
     EXPECT_TRUE(bool(*run.only("Invert", {value(false)})));
+    EXPECT_FALSE(bool(*run.only("Invert", {value(true)})));
+    EXPECT_EQ(run.log.count(), 0u);
 }
 
 TEST(Colours, BecomeGreyOrOnAsByTheLiteralEvaluation)
@@ -148,16 +120,15 @@ TEST(Colours, BecomeGreyOrOnAsByTheLiteralEvaluation)
     FilterRunner run;
     forEachShape([&](const Shape& shape) {
         const cv::Mat image = shape.random(CV_8UC3);
-        const auto colours = imageOf(Color, image);
-        expectImage(run, "Luminance", {colours}, image.size(), Gray, true, [&](int y, int x, int) {
-            return (66 * at(image, y, x, 0) + 128 * at(image, y, x, 1) + 25 * at(image, y, x, 2) + 128) >> 8;
-        });
+        const auto weighted = [&](int y, int x, int red, int green, int blue) {
+            return red * at(image, y, x, 0) + green * at(image, y, x, 1) + blue * at(image, y, x, 2);
+        };
+        expectImage(run.only("Luminance", {imageOf(Color, image)}), image.size(), Gray, true,
+                    [&](int y, int x, int) { return (weighted(y, x, 66, 128, 25) + 128) >> 8; });
         for (const int ceil : numbers)
-            expectImage(run, "Threshold", {colours, value(ceil)}, image.size(), Binary, true,
-                        [&](int y, int x, int) {
-                            const int sum = at(image, y, x, 0) + at(image, y, x, 1) + at(image, y, x, 2);
-                            return ceil >= 0 && sum > 3LL * ceil ? 1 : 0;
-                        });
+            expectImage(
+                run.only("Threshold", {imageOf(Color, image), value(ceil)}), image.size(), Binary, true,
+                [&](int y, int x, int) { return ceil >= 0 && weighted(y, x, 1, 1, 1) > 3LL * ceil ? 1 : 0; });
     });
 }
 
@@ -183,16 +154,75 @@ TEST(Mask, KeepsPixelsBitForBitWhereItIsOn)
             });
 }
 
-TEST(Mask, OfNoBytesForThePixelsIsRefused)
+boost::shared_ptr<Data> gray(int level, cv::Size size = {1, 1})
+{
+    return imageOf(Gray, cv::Mat(size, CV_8UC1, cv::Scalar(level)));
+}
+
+TEST(Accum, EqualsTheLiteralEvaluation)
+{
+    for (const DataType kind : {Color, Gray, Depth})
+        for (const float factor : {0.0f, 0.3f, 0.5f, 1.0f, -1.0f, 3.7f, 1e30f, -1e30f, NAN})
+            forEachShape([&](const Shape& shape) {
+                FilterRunner run;
+                const cv::Mat first = shape.random(matTypeOf(kind)), second = shape.random(matTypeOf(kind));
+                ASSERT_EQ(run("Accum", {imageOf(kind, first), value(factor)}), Values(1));
+                const int a = ZR::Corvale::truncate<int>(factor * 256.0f);
+                const int b = ZR::Corvale::truncate<int>((1.0f - factor) * 256.0f);
+                const auto literal = [&](int y, int x, int c) {
+                    const auto sum = static_cast<std::int32_t>(static_cast<std::uint32_t>(
+                        1LL * at(second, y, x, c) * a + 1LL * at(first, y, x, c) * b));
+                    return (sum >> 8) & (kind == Depth ? 0xffff : 0xff);
+                };
+                const auto average = run.only("Accum", {imageOf(kind, second), value(factor)});
+                expectImage(average, first.size(), kind, true, literal);
+            });
+}
+
+TEST(Accum, KeepsACloneOfItsOwnForEachProcessAndScope)
 {
     FilterRunner run;
-    const auto gray = imageOf(Gray, cv::Mat(2, 2, CV_8UC1));
-    const auto depth = imageOf(Depth, cv::Mat(2, 2, CV_16UC1)),
-               color = imageOf(Color, cv::Mat(2, 2, CV_8UC3));
-    for (const auto& mask : {depth, color, imageOf(Binary, cv::Mat())})
-        EXPECT_TRUE(run("Mask", {mask, gray}).empty());
-    EXPECT_EQ(run.log.messages(rk::log::Error, "corvale.filter.mask"),
-              std::vector<std::string>(3, " [Invalid Input] -> Mask -> ..."));
+    const auto input = gray(100);
+    for (const char* process : {"p", "q"})
+        for (const char* scope : {"s", "t"})
+            EXPECT_EQ(run("Accum", {input, value(0.5f)}, process, scope), Values(1));
+    dataToCvMat(input).setTo(0); // the averages must not see this
+    const auto average = run("Accum", {gray(200), value(0.5f)}, "p", "s").at(0);
+    EXPECT_EQ(dataToCvMat(average).at<uchar>(0), 150);
+    EXPECT_EQ(dataToCvMat(run("Accum", {gray(0), value(0.0f)}, "q", "s").at(0)).at<uchar>(0), 100);
+    EXPECT_EQ(run("Accum", {average, value(0.5f)}, "p", "s").at(0), average); // its own input, and in place
+    EXPECT_EQ(dataToCvMat(average).at<uchar>(0), 150);
+}
+
+TEST(Accum, StaysAsItIsForAnotherKindOrSize)
+{
+    FilterRunner run;
+    run("Accum", {gray(100), value(0.5f)});
+    EXPECT_TRUE(run("Accum", {gray(1, {2, 1}), value(0.5f)}).empty());
+    EXPECT_EQ(run.log.messages(rk::log::Error, "corvale.filter.accum"),
+              std::vector<std::string>{" [Invalid Input] -> Accum -> ..."});
+    const auto depth = imageOf(Depth, cv::Mat(1, 1, CV_16UC1));
+    EXPECT_EQ(dataToCvMat(run.only("Accum", {depth, value(0.5f)})).at<uchar>(0), 100);
+    EXPECT_EQ(run.log.count(), 1u);
+}
+
+TEST(DataConversion, SharesPixelsAndThrowsForWhatIsNoImage)
+{
+    const cv::Mat distances(2, 3, CV_16UC1);
+    const auto depth = imageOf(Depth, distances);
+    EXPECT_EQ(dataToCvMat(depth).data, distances.data);
+    EXPECT_EQ(dataToCvMat(cvMatToData(distances, Gray, depth)).data, distances.data);
+    const auto says = [](const char* text) { return testing::ThrowsMessage<std::runtime_error>(text); };
+    const auto matrixImage = value(boost::make_shared<ZR::Corvale::Type::MatrixImage>(2, 2));
+    const auto hollow = value(boost::shared_ptr<ZR::Corvale::Type::ColorImage>());
+    for (const auto& bad : {matrixImage, hollow, value(1), boost::shared_ptr<Data>()}) {
+        EXPECT_THAT([&] { dataToCvMat(bad); }, says("Cannot convert Corvale data to cv::Mat"));
+        EXPECT_THAT([&] { cvMatToData(distances, DataType::Invalid, bad); }, // the reference comes first
+                    says("Cannot convert Corvale Data Corvale Image"));
+    }
+    for (const DataType type : {DataType::MatrixImage, DataType::Invalid})
+        EXPECT_THAT([&] { cvMatToData(distances, type, depth); },
+                    says("Cannot convert Corvale data to cv::Mat"));
 }
 
 } // namespace
