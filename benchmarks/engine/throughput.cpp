@@ -2,7 +2,8 @@
 // processes that share one source, with nodes that do nothing?
 
 #include "corvale/data/data.h"
-#include "corvale/runtime/nodesource.h"
+#include "corvale/runtime/nodepulse.h"
+#include "corvale/runtime/process.h"
 #include "engine/graphs.h"
 #include "engine/peers.h"
 
@@ -14,20 +15,23 @@
 namespace {
 
 using ZR::Corvale::Data;
-using ZR::Corvale::NodeSource;
+using ZR::Corvale::NodePulse;
 
-constexpr int nodes = 10;
+// A pulse that rests at a value has changed at each look: every update computes, and nobody sets it.
+boost::shared_ptr<NodePulse> makeSource()
+{
+    const auto source = boost::make_shared<NodePulse>("in");
+    source->setDefaultData(boost::make_shared<Data>(1));
+    return source;
+}
 
 std::vector<graphs::OneProcess> makeProcesses(bool sharedSource)
 {
-    const auto filter = graphs::chain(nodes);
-    const auto source = boost::make_shared<NodeSource>("in");
     std::vector<graphs::OneProcess> processes;
-    for (int i = 0; i < 2; ++i) {
-        const std::string name = "p" + std::to_string(i);
-        processes.push_back(sharedSource ? graphs::OneProcess(name, filter, source)
-                                         : graphs::makeProcess(name, graphs::chain(nodes)));
-    }
+    const auto shared = makeSource();
+    for (int i = 0; i < 2; ++i)
+        processes.emplace_back("p" + std::to_string(i), graphs::chain(10),
+                               sharedSource ? shared : makeSource());
     return processes;
 }
 
@@ -36,9 +40,8 @@ void computeOn(benchmark::State& state, bool sharedSource)
     static std::vector<graphs::OneProcess> processes;
     if (state.thread_index() == 0)
         processes = makeProcesses(sharedSource);
-    const auto value = boost::make_shared<Data>(1);
     for (auto _ : state)
-        processes[static_cast<std::size_t>(state.thread_index())].compute(value);
+        processes[static_cast<std::size_t>(state.thread_index())].process->update();
     peers::perItem(state, 1);
     if (state.thread_index() == 0)
         processes.clear();
