@@ -10,8 +10,9 @@ void RatioTable::ReportRuns(const std::vector<Run>& runs)
     for (const Run& run : runs) {
         if (run.run_type != Run::RT_Iteration || run.error_occurred)
             continue;
-        const std::string name =
-            run.run_name.function_name + (run.run_name.args.empty() ? "" : "/" + run.run_name.args);
+        std::string name = run.run_name.function_name;
+        for (const std::string& part : {run.run_name.args, run.run_name.threads})
+            name += part.empty() ? "" : "/" + part;
         const auto counter = run.counters.find("ns");
         const double figure =
             counter != run.counters.end() ? counter->second.value : run.GetAdjustedRealTime();

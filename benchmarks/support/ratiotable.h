@@ -17,7 +17,7 @@ public:
     void ReportRuns(const std::vector<Run>& runs) override;
 
     bool has(const std::string& name) const { return _least.count(name) != 0; }
-    /// The figure of a benchmark by its full name, e.g. "chain/10".
+    /// The figure of a benchmark by its name, arguments and threads, e.g. "chain/10" or "chain/threads:2".
     double figure(const std::string& name) const { return _least.at(name); }
 
     /// One row: a figure, the figure that it is held against, their ratio and the target; true if it is
