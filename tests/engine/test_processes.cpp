@@ -1,0 +1,266 @@
+#include "corvale/data/datalambda.h"
+#include "engine/enginetest.h"
+
+#include <limits>
+
+using namespace support;
+using testing::ElementsAre;
+
+namespace {
+
+// Counts its computations in each place where it stands.
+struct Count : FunctionFilter
+{
+    Count() : FunctionFilter("Count", [this](Value) { return count(); }) {}
+    bool hasLocalData() override { return true; }
+    Value count()
+    {
+        const Value before = getLocalData();
+        setLocalData(value((before ? int(*before) : 0) + 1));
+        return getLocalData();
+    }
+};
+
+struct ProcessTest : EngineTest
+{
+    ProcessTest() { engine.createFilter(boost::make_shared<Count>()); }
+};
+
+} // namespace
+
+TEST_F(ProcessTest, AnInputIsASourceThenALiteralThenAFilter)
+{
+    const std::tuple<const char*, DataType, const char*> rows[] = {
+        {"true", Boolean, "True"}, {"1", Integer, "1"},         {"-1", Integer, "-1"},     {"", Integer, "0"},
+        {"1.5", Float, "1.5f"},    {"infinity", Float, "inff"}, {"\"a;b\"", String, "a;b"}};
+    for (const auto& [expression, type, shown] : rows) {
+        ASSERT_TRUE(pass(engine, "p", expression)) << expression;
+        EXPECT_EQ(engine.getData("p:out")->getType(), type) << expression;
+        EXPECT_EQ(get("p:out"), shown) << expression;
+        engine.deleteProcess("p");
+    }
+    pass(engine, "nothing", "null");
+    EXPECT_EQ(get("nothing:out"), "null");
+    for (const std::string name : {"true", "null", "Identity"}) {
+        engine.createSource(name);
+        engine.setData(name, value(name + "!"));
+        pass(engine, name, name);
+        EXPECT_EQ(get(name + ":out"), name + "!");
+    }
+    engine.setData("s", value(std::vector<Value>{value(6)}));
+    engine.createFilter(
+        boost::make_shared<FunctionFilter>("Twice", [](Value x) { return value(2 * int(*x)); }));
+    EXPECT_TRUE(make(engine, "p", "Apply", {{"fun", "Twice"}, {"param", "s"}}, {{"", "out"}}));
+    EXPECT_TRUE(engine.deleteFilter("Twice"));
+    EXPECT_EQ(get("p:out"), "12") << "a function outlives its filter's name";
+    EXPECT_EQ(faults(), 0u);
+}
+
+TEST_F(ProcessTest, GeneratedNamesCountOnFromInputsToOutputs)
+{
+    ASSERT_TRUE(make(engine, "p", "Mandatory3", {{"in1", "10"}, {"in2", "20"}, {"in3", "s"}},
+                     {{"out1", "all"}, {"out2", "all"}, {"out3", "all"}, {"out1", "one"}}));
+    EXPECT_EQ(joined(engine.getProcessSources("p")), "___Anonymous0 ___Anonymous1 s");
+    EXPECT_EQ(joined(engine.getProcessSinks("p")), "___Anonymous2 ___Anonymous3 ___Anonymous4 one");
+    EXPECT_EQ(joined(engine.getProcessAggregatedSinks("p")), "all");
+    EXPECT_EQ(get("p:one"), "10");
+
+    Corvale::PairList inputs;
+    Corvale::PairList outputs;
+    for (const char digit : std::string("12345678")) {
+        inputs.emplace_back(std::string("in") + digit, std::string(1, digit));
+        outputs.emplace_back(std::string("out") + digit, "all");
+    }
+    ASSERT_TRUE(make(engine, "q", "Mandatory8", inputs, outputs));
+    std::string order;
+    for (const Value& element : std::vector<Value>(*engine.getData("q:all")))
+        order += text(element);
+    EXPECT_EQ(order, "34567812") << "names 8 to 15 in byte order";
+}
+
+TEST_F(ProcessTest, LocalSourcesAndPulsesBelongToTheProcess)
+{
+    ASSERT_TRUE(make(engine, "p", "Mandatory3", {{"in1", "this:x"}, {"in2", "this:z"}, {"in3", "s"}},
+                     {{"out1", "x"}, {"out2", "z"}, {"out3", "s"}}, {},
+                     {{"source", "x"}, {"pulse", "y"}, {"pulse", "z[3]"}, {"source", "s"}}));
+    EXPECT_THAT(engine.getSources(), ElementsAre("s"));
+    EXPECT_EQ(joined(engine.getProcessSources("p")), "s x y z");
+    EXPECT_EQ(get("p:x"), "null");
+    EXPECT_EQ(text(engine.getSourceData("p:z")), "3");
+    engine.setData("p:x", value(8));
+    engine.setData("p:z", value(9));
+    EXPECT_EQ(get("p:x"), "8");
+    EXPECT_EQ(text(engine.getLastData("p:z")) + text(engine.getLastData("p:s")), "91");
+    EXPECT_EQ(get("p:z"), "3") << "the pulse is over";
+}
+
+TEST_F(ProcessTest, TwoInputsMayReadOneSinkOfAProcess)
+{
+    pass(engine, "p", "s");
+    ASSERT_TRUE(make(engine, "q", "Mandatory2", {{"in1", "p:out"}, {"in2", "p:out"}},
+                     {{"out1", "a"}, {"out2", "a"}}));
+    EXPECT_THAT(engine.getProcessSources("q"), ElementsAre("p:out"));
+    engine.deleteProcess("p");
+    engine.deleteSource("s");
+    for (int i = 0; i < 3; ++i)
+        EXPECT_EQ(elements(engine.getData("q:a")), 2u);
+    EXPECT_EQ(faults(), 0u);
+}
+
+TEST_F(ProcessTest, ATakenNameDropsTheNewProcessAndSaysNothing)
+{
+    pass(engine, "p", "s");
+    log.clear();
+    EXPECT_TRUE(make(engine, "p", "Duplicate", {{"in", "s"}}, {{"left", "l"}}, {}, {}, 7, 2.5f));
+    EXPECT_THAT(log.messages(), ElementsAre(R"(new corvale process: "p" priority: 7 frequency: 2.5)"));
+    EXPECT_EQ(log.records()[0].level, rk::log::Verbose);
+    EXPECT_EQ(engine.getProcessPriority("p"), 3u);
+    EXPECT_THAT(engine.getProcessSinks("p"), ElementsAre("out"));
+    EXPECT_EQ(jobs(), "p");
+}
+
+TEST_F(ProcessTest, ARenamedProcessReplacesTheOneOfItsNewName)
+{
+    pass(engine, "a", "s", "Count");
+    pass(engine, "b", "s");
+    pass(engine, "reader", "a:out");
+    EXPECT_EQ(get("a:out"), "1");
+    EXPECT_TRUE(engine.renameProcess("a", "a")) << "onto itself";
+    EXPECT_TRUE(engine.renameProcess("a", "b"));
+    EXPECT_THAT(engine.getProcesses(), ElementsAre("b", "reader"));
+    EXPECT_EQ(jobs(), "b b reader") << "the schedule holds processes, not names";
+    engine.setData("s", value(2));
+    EXPECT_EQ(get("b:out"), "1") << "its filters' memory stood under the former name";
+    EXPECT_EQ(get("reader:out"), "1");
+    engine.disableProcess("b");
+    EXPECT_FALSE(engine.isProcessZombie("b")) << "readers know it by the name that it had";
+    EXPECT_TRUE(engine.deleteProcess("b"));
+    EXPECT_EQ(faults(), 0u);
+}
+
+TEST_F(ProcessTest, ADeletedProcessServesItsReaders)
+{
+    pass(engine, "p", "s", "Count");
+    pass(engine, "reader", "p:out");
+    EXPECT_EQ(get("reader:out"), "1");
+    log.clear();
+    EXPECT_TRUE(engine.deleteProcess("p"));
+    EXPECT_THAT(log.messages(rk::log::Verbose), ElementsAre(R"(Delete process "p".)"));
+    EXPECT_EQ(jobs(), "reader");
+    for (const char* count : {"1", "2"}) { // its filters' memory went with its name
+        engine.setData("s", value(2));
+        EXPECT_EQ(get("reader:out"), count);
+    }
+    EXPECT_TRUE(engine.disableProcess("reader"));
+    EXPECT_EQ(jobs(), "");
+    EXPECT_EQ(faults(), 0u);
+}
+
+TEST_F(ProcessTest, ADisabledProcessRunsOnWhileAnActiveOneReadsIt)
+{
+    const auto zombies = [this] {
+        std::string names;
+        for (const std::string& name : engine.getProcesses())
+            names += engine.isProcessZombie(name) ? name : "";
+        return names;
+    };
+    pass(engine, "c", "s"); // a reads b reads c, and so does d
+    pass(engine, "b", "c:out");
+    pass(engine, "a", "b:out");
+    pass(engine, "d", "b:out");
+    const std::tuple<char, const char*, const char*, const char*> steps[] = {
+        {'-', "c", "c", "a b c d"}, {'-', "b", "bc", "a b c d"}, {'-', "a", "bc", "b c d"},
+        {'-', "d", "", ""},         {'+', "b", "c", "b c"},      {'+', "d", "c", "b c d"},
+        {'-', "b", "bc", "b c d"},  {'+', "c", "b", "b c d"}};
+    for (const auto& [change, name, expected, scheduled] : steps) {
+        EXPECT_TRUE(change == '+' ? engine.enableProcess(name) : engine.disableProcess(name));
+        EXPECT_EQ(engine.isProcessEnable(name), change == '+');
+        EXPECT_EQ(zombies(), expected) << change << name;
+        EXPECT_EQ(jobs(), scheduled) << change << name;
+    }
+    EXPECT_EQ(get("d:out") + get("b:out") + get("a:out"), "11null") << "a zombie shows its values";
+    engine.deleteProcess("d");
+    EXPECT_EQ(zombies(), "");
+    pass(engine, "e", "b:out");
+    EXPECT_EQ(zombies(), "b") << "a new reader";
+}
+
+TEST_F(ProcessTest, AResetForgetsResultsAndMemory)
+{
+    make(engine, "p", "Count", {{"in", "s"}}, {{"out", "out"}}, {}, {}, 3, 0.001f);
+    EXPECT_EQ(get("p:out"), "1");
+    engine.createEvent("p:out", [this](Value data) { engine.setData("s", data); });
+    EXPECT_TRUE(engine.resetProcess("p"));
+    EXPECT_EQ(text(engine.getLastData("p:out")), "null");
+    EXPECT_EQ(get("p:out"), "1") << "a new computation, inside the period, that counts from the start";
+    EXPECT_EQ(get("p:out"), "1") << "its source has changed, but the period is not over";
+}
+
+TEST_F(ProcessTest, PrioritiesAndFrequenciesAreCut)
+{
+    pass(engine, "p", "s");
+    EXPECT_TRUE(engine.setProcessPriority("p", 100));
+    EXPECT_EQ(engine.getProcessPriority("p"), 8u);
+    EXPECT_TRUE(engine.setProcessPriority("p", 0));
+    EXPECT_EQ(jobs(), "");
+    EXPECT_EQ(get("p:out"), "1") << "a host computes what is never scheduled";
+    for (const float frequency : {-3.0f, 0.0f, std::numeric_limits<float>::quiet_NaN()}) {
+        EXPECT_TRUE(engine.setProcessFrequency("p", frequency));
+        EXPECT_EQ(engine.getProcessFrequency("p"), 0.0f);
+    }
+    engine.setData("s", value(2));
+    EXPECT_EQ(get("p:out"), "1") << "it stands still";
+    EXPECT_TRUE(engine.setProcessDescription("p", "text"));
+    EXPECT_EQ(engine.getProcessDescription("p"), "text");
+}
+
+TEST_F(ProcessTest, EventsCallBackWithEachValueOfTheirSink)
+{
+    std::string calls;
+    make(engine, "p", "Duplicate", {{"in", "s"}},
+         {{"left", "b"}, {"right", "a"}, {"left", "g"}, {"right", "g"}});
+    for (const std::string sink : {"p:b", "p:g", "p:a", "p:a"})
+        EXPECT_TRUE(engine.createEvent(
+            sink, [&calls, sink](Value data) { calls += sink + (elements(data) ? "" : text(data)) + " "; }));
+    EXPECT_TRUE(engine.createEvent("p:a", boost::function<void(Value)>())) << "an empty one does nothing";
+    for (const Value& data : {value(5), Value()}) { // no value, no event
+        engine.setData("s", data);
+        engine.getData("p:a");
+        EXPECT_EQ(calls, "p:a5 p:a5 p:b5 p:g ");
+    }
+}
+
+TEST_F(ProcessTest, AnExceptionOfAFilterLeavesTheEngineUsable)
+{
+    engine.createFilter(
+        boost::make_shared<FunctionFilter>("Throw", [](Value) -> Value { throw std::runtime_error("no"); }));
+    pass(engine, "p", "s", "Throw");
+    EXPECT_THROW(engine.getData("p:out"), std::runtime_error);
+    pass(engine, "q", "s");
+    EXPECT_EQ(get("q:out"), "1");
+    EXPECT_TRUE(engine.deleteProcess("p"));
+}
+
+TEST_F(ProcessTest, FiltersAreListedReplacedAndKeptByWhatUsesThem)
+{
+    EXPECT_EQ(engine.getFilters().front(), "Accum");
+    EXPECT_EQ(joined(engine.getFilterInputs("Dispatch")), "optional in [Boolean] state");
+    EXPECT_EQ(joined(engine.getFilterOutputs("Dispatch")), "ontrue onfalse");
+    EXPECT_EQ(engine.getFilterDescription("Count"), "for tests");
+    EXPECT_EQ(engine.getInstrumentationResult(), "");
+    const auto give = [this](const char* result) {
+        const auto filter = [result](Value) { return value(result); };
+        return engine.createFilter(
+            boost::make_shared<FunctionFilter>("Give", filter, "optional in[Integer Float]"));
+    };
+    EXPECT_TRUE(give("first"));
+    EXPECT_THAT(engine.getFilterInputs("Give"), ElementsAre("optional [Integer, Float] in"));
+    pass(engine, "p", "s", "Give");
+    ASSERT_TRUE(engine.createFilter("Inside", {{"Give", "g"}, {"Identity", "g"}}, {},
+                                    {{{"g", "in[4]"}, "in"}}, {{{"g", ""}, "out"}}));
+    pass(engine, "q", "s", "Inside");
+    EXPECT_TRUE(give("second"));
+    pass(engine, "r", "s", "Give");
+    EXPECT_TRUE(engine.deleteFilter("Give") && engine.deleteFilter("Inside"));
+    EXPECT_EQ(get("p:out") + get("q:out") + get("r:out"), "firstfirstsecond");
+}

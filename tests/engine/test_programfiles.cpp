@@ -1,0 +1,144 @@
+#include "engine/enginetest.h"
+
+#include <boost/filesystem.hpp>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <fstream>
+
+using namespace support;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+namespace fs = boost::filesystem;
+
+struct ProgramFileTest : EngineTest
+{
+    ProgramFileTest()
+    {
+        fs::create_directories(folder / "sub");
+        engine.deleteSource("s");
+    }
+    ~ProgramFileTest() override { fs::remove_all(folder); }
+
+    std::string write(const std::string& name, const std::string& program)
+    {
+        std::ofstream(path(name), std::ios::binary) << program;
+        return path(name);
+    }
+    std::string path(const std::string& name) const { return (folder / name).string(); }
+
+    void refused(const std::string& path, const std::string& line)
+    {
+        log.clear();
+        EXPECT_FALSE(engine.loadProgramFromFile(path)) << path;
+        EXPECT_THAT(log.messages(rk::log::Error, "corvale.private"), ElementsAre(line));
+        EXPECT_EQ(log.records().at(0).function, "loadProgramFromFile");
+    }
+
+    const fs::path folder = fs::temp_directory_path() / fs::unique_path();
+};
+
+// A path as the lines show it: in quotes, of which most lines bring a second pair.
+std::string quoted(const std::string& path)
+{
+    return '"' + path + '"';
+}
+
+std::string line(const std::string& path, const std::string& rest)
+{
+    return "loadProgramFromFile(" + quoted(quoted(path)) + "): " + rest;
+}
+
+} // namespace
+
+TEST_F(ProgramFileTest, RefusalsAreByteForByte)
+{
+    const std::string missing = path("missing.fgs");
+    refused(missing, line(missing, quoted(quoted(missing)) + " not found."));
+    refused("", R"(loadProgramFromFile(""""): """" not found.)");
+    fs::create_directory(path("folder.fgs"));
+    refused(path("folder.fgs"),
+            line(path("folder.fgs"), quoted(quoted(path("folder.fgs"))) + " is a directory."));
+    ASSERT_EQ(mkfifo(path("pipe.fgs").c_str(), 0600), 0);
+    refused(path("pipe.fgs"),
+            line(path("pipe.fgs"), quoted(quoted(path("pipe.fgs"))) + " is not a regular file."));
+    for (const char* name : {"none", "mixed.Fgs", "fgs", "a.fgs~", "b.SO"})
+        for (int i = 0; i < 2; ++i) {
+            const std::string file = write(name, "source x { 1 }");
+            refused(file, line(file, "invalid file format."));
+        }
+    const std::string odd = write("a&b\".bin", "");
+    const std::string shown = (folder / "a&&b&\".bin").string();
+    refused(odd, line(shown, "invalid file format."));
+    const std::string broken = write("broken.so", "no library");
+    refused(broken, line(broken, "error when performing dynamic loading."));
+    EXPECT_TRUE(engine.loadProgramFromFile(broken)) << "it is marked all the same";
+    EXPECT_THAT(engine.getSources(), IsEmpty());
+}
+
+TEST_F(ProgramFileTest, AFileThatCanNotBeOpenedIsMarkedAllTheSame)
+{
+    const std::string file = write("closed.fgs", "source x { 1 }");
+    rlimit former{};
+    getrlimit(RLIMIT_NOFILE, &former);
+    const rlimit none{0, former.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &none);
+    refused(file, line(file, "\"unable to open " + quoted(file)));
+    setrlimit(RLIMIT_NOFILE, &former);
+    EXPECT_TRUE(engine.loadProgramFromFile(file));
+    EXPECT_THAT(engine.getSources(), IsEmpty());
+}
+
+TEST_F(ProgramFileTest, EachPathIsLoadedOnceAsItIsWritten)
+{
+    const std::string file = write("a.fgs", "source x { 1 }");
+    EXPECT_TRUE(engine.loadProgramFromFile(file));
+    engine.deleteSource("x");
+    EXPECT_TRUE(engine.loadProgramFromFile(file));
+    EXPECT_THAT(engine.getSources(), IsEmpty());
+    EXPECT_TRUE(engine.loadProgramFromFile(path("sub/../a.fgs"))) << "another way of writing it";
+    EXPECT_THAT(engine.getSources(), ElementsAre("x"));
+    const std::string faulty = write("faulty.txt", "source x { 1 }");
+    EXPECT_FALSE(engine.loadProgramFromFile(faulty));
+    EXPECT_TRUE(engine.loadProgramFromFile(faulty)) << "nothing is tried again";
+}
+
+TEST_F(ProgramFileTest, ImportsResolveAgainstTheirFileAndMayGoInACircle)
+{
+    const std::string long_ =
+        "source x # " + std::string(2000, '#') + "\n { \"" + std::string(1500, 'y') + "\" }";
+    write("sub/one.FGS", "import file { two.TXT } source one { 1 }");
+    write("sub/two.TXT", "import file { one.FGS } source two { 2 }" + long_);
+    EXPECT_TRUE(
+        engine.loadProgramFromFile(write("main.fgs", "import file { sub/one.FGS } source main { 0 }")));
+    EXPECT_THAT(engine.getSources(), ElementsAre("main", "one", "two", "x"));
+    EXPECT_EQ(text(engine.getSourceData("x")), std::string(1500, 'y'));
+    EXPECT_TRUE(engine.loadProgramFromFile(write("empty.fgs", "")));
+    EXPECT_TRUE(engine.loadProgramFromFile(
+        write("zero.fgs", std::string("source z { 1 }\0 junk\n", 21) + "source w { 2 }")));
+    EXPECT_EQ(joined(engine.getSources()), "main one two w x z") << "a zero byte ends its line";
+    EXPECT_EQ(log.count(rk::log::Error), 0u);
+}
+
+TEST_F(ProgramFileTest, APlugInIsEnteredOnceAndAlwaysGivesFalse)
+{
+    const std::string without = PLUGIN_FOLDER "/plugin_without.so";
+    const std::string throwing = PLUGIN_FOLDER "/plugin_throwing.so";
+    const std::string adding = PLUGIN_FOLDER "/plugin_adding.so";
+    refused(without,
+            line(without, "corvaleInit(void* Corvale) not found in " + quoted(quoted(without)) + "."));
+    refused(throwing, "loadProgramFromFile(" + quoted(throwing) + "): impossible to perform loading.");
+    log.clear();
+    EXPECT_FALSE(engine.loadProgramFromFile(adding));
+    EXPECT_THAT(engine.getSources(), ElementsAre("plugged"));
+    for (const std::string& plugin : {without, throwing, adding})
+        EXPECT_TRUE(engine.loadProgramFromFile(plugin)) << "not a second time";
+    Corvale other(0);
+    EXPECT_TRUE(other.loadProgram("import file { " + adding + " }")) << "an import's result does not matter";
+    EXPECT_THAT(other.getSources(), ElementsAre("plugged"));
+    EXPECT_EQ(log.count(rk::log::Error), 0u);
+}
