@@ -11,7 +11,7 @@ namespace {
 
 const std::string category = rk::log::addCategory("corvale.filter.apply");
 const InputGuards guards(category, "Apply",
-                         {Guard::count(2), Guard::kind(0, {DataType::Lambda}), Guard::intact(0),
+                         {Guard::kind(0, {DataType::Lambda}), Guard::intact(0),
                           Guard::kind(1, {DataType::Array})});
 
 } // namespace

@@ -60,11 +60,11 @@ TEST(FunctionalFilters, CurryBindsACopyAndApplyGivesWhatTheLambdaGives)
     FilterRunner run;
     const auto subtract = value(Lambda::createLambda(run.filters["Sub"]));
     const auto fiveMinus = run.only("Curry", {subtract, value(Values{a, b})}); // b is not read
-    for (const auto& bound : {fiveMinus, run.only("Curry", {fiveMinus, value(Values{})})})
+    for (const auto& bound : {fiveMinus, run.only("Curry", {fiveMinus, value(Values{}), a})})
         EXPECT_EQ(int(*run.only("Apply", {bound, value(Values{b})})), 2);
     EXPECT_EQ(int(*run.only("Apply", {subtract, value(Values{b, a})})), -2);
     const auto bothBound = run.only("Curry", {fiveMinus, value(Values{b})});
-    EXPECT_EQ(int(*run.only("Apply", {bothBound, value(Values{})})), 2);
+    EXPECT_EQ(int(*run.only("Apply", {bothBound, value(Values{}), a})), 2); // a further input is not read
     const auto duplicate = value(Lambda::createLambda(run.filters["Duplicate"]));
     EXPECT_THAT(run("Apply", {duplicate, value(Values{a})}), ElementsAre(a, a));
     EXPECT_THAT(run("Apply", {duplicate, value(Values{nothing})}), ElementsAre(nothing, nothing));
