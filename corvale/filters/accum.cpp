@@ -29,8 +29,9 @@ boost::shared_ptr<Data> cloned(const boost::shared_ptr<Data>& image)
     return copy;
 }
 
-// Bits 8 and up of the 32-bit sum are kept, as many as a component has: of the sum and of the weights only
-// the bits below matter, so `Sum` needs no more, whatever the weights.
+// Of the 32-bit sum a component keeps the bits from 8 on that it has room for: 8 to 15, or 8 to 23. No higher
+// bit of the sum or of a weight reaches down to them, so a `Sum` of 16 or 32 bits is exact for all weights,
+// negative ones too.
 template <typename Component, typename Sum>
 void accumulate(const cv::Mat& in, cv::Mat& average, int a, int b)
 {

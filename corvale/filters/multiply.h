@@ -16,7 +16,7 @@ namespace ZR::Corvale::Filters {
 /// No result while left or right is missing.
 /// Threads: thread-safe, keeps no state. Failure: empty result without a word if the kinds do not pair, with
 /// one error line if two colour images differ in size or a matrix does not suit its kind; `cv::Exception`
-/// for two masks of different size.
+/// for two masks of different size, unless one is a single pixel, which then goes with every other.
 class Multiply : public FilterPrimitive
 {
 public:
