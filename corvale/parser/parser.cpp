@@ -198,7 +198,8 @@ void Parser::_delete(const std::string& kind, const std::string& body)
                         (kind == "filter" && !_corvale->deleteFilter(name)) ||
                         (kind == "process" && !_corvale->deleteProcess(name));
     if (failed)
-        RK_LOG(rk::log::Warning, category) << "Can't delete " << kind << ": " << name;
+        rk::log::LogStream(rk::log::Warning, category, __FILE__, "loadProgram", __LINE__)
+            << "Can't delete " << kind << ": " << name;
 }
 
 void Parser::_import(const std::string& body, void* handle, const std::string& basePath)

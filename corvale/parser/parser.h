@@ -29,7 +29,8 @@ public:
 
     /// Runs the statements of a program up to the first that fails. `handle` is passed on to the
     /// entries of imported plug-ins; relative imports are looked for in `basePath`, or as they stand
-    /// when it is empty.
+    /// when it is empty. Throws `std::out_of_range` on a value for a source whose name says
+    /// "process:source" of a process that has no such source.
     bool loadProgram(const std::string& program, void* handle, const std::string& basePath);
 
     /// Defines a composite filter from the body of a `filter` statement.

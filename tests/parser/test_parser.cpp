@@ -96,6 +96,7 @@ TEST_F(ProgramTest, AFailedDeleteOrImportOnlyWarns)
                                    "import file { missing.fgs } delete filter { Add } source last { 1 }"));
     EXPECT_THAT(log.messages(rk::log::Warning),
                 ElementsAre("Can't delete source: a", "Can't delete filter: b", "Can't delete process: c"));
+    EXPECT_EQ(log.records().at(1).function, "loadProgram");
     EXPECT_FALSE(engine.isFilter("Add"));
     EXPECT_THAT(engine.getSources(), ElementsAre("last"));
 }
