@@ -7,6 +7,7 @@
 #include <array>
 #include <atomic>
 #include <condition_variable>
+#include <locale>
 #include <memory>
 #include <mutex>
 #include <utility>
@@ -155,6 +156,7 @@ LogStream::LogStream(int level, std::string category, const char* file, const ch
       _function(function),
       _line(line)
 {
+    _message.imbue(std::locale::classic()); // the same text whatever locale the host sets
 }
 
 LogStream::~LogStream()

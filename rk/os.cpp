@@ -7,7 +7,6 @@
 #include <mutex>
 #include <shared_mutex>
 #include <thread>
-#include <utility>
 
 namespace rk::os {
 
@@ -50,7 +49,7 @@ void setClock(Clock clock)
 {
     ClockHolder& present = holder();
     const std::unique_lock<std::shared_mutex> lock(present.mutex);
-    present.clock = std::move(clock);
+    present.clock.swap(clock); // the former one ends after the lock
     clockIsSet.store(static_cast<bool>(present.clock), std::memory_order_release);
 }
 

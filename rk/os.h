@@ -19,7 +19,8 @@ void msleep(unsigned milliseconds);
 using Clock = std::function<int(timeval*)>;
 
 /// Replaces the clock that `gettimeofday` reads, for replay and tests; an empty one restores the
-/// system's. The clock may be read by several threads at once. It no longer runs once this returns.
+/// system's. The clock may be read by several threads at once, and must not call `gettimeofday` or
+/// `setClock` itself. It no longer runs once this returns.
 void setClock(Clock clock);
 
 /// Names the calling thread for debuggers and system monitors, cut to what the system takes.

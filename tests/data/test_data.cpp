@@ -9,6 +9,8 @@
 #include "corvale/data/dataregion3.h"
 #include "corvale/data/datavector6.h"
 
+#include "support/logcapture.h"
+
 #include <gtest/gtest.h>
 
 #include <locale>
@@ -55,7 +57,7 @@ TEST(Data, TypeNamesGoBothWays)
     }
     EXPECT_EQ(Data::getTypeName(BinaryImage), "BinaryImage");
     EXPECT_EQ(Data::getTypeName(Unknown), "Unknown");
-    EXPECT_EQ(Data::getTypeName(static_cast<DataType>(31)), "Invalid");
+    EXPECT_EQ(Data::getTypeName(static_cast<DataType>(1000)), "Invalid");
     EXPECT_EQ(Data::getTypeName(static_cast<DataType>(-1)), "Invalid");
     EXPECT_EQ(Data::getTypeFromName("float"), Invalid);
     EXPECT_EQ(Data::getTypeFromName(std::string("Float\0", 6)), Invalid);
@@ -175,7 +177,10 @@ TEST(Data, TextIsTheSameInEveryLocale)
     };
     const std::locale former = std::locale::global(std::locale(std::locale::classic(), new Commas));
     EXPECT_EQ(Data(Values{value(1234567), value(1.5)}).toString(), "{1234567;1.5}");
+    const support::LogCapture log;
+    RK_LOG(rk::log::Debug, "test") << 1234567;
     std::locale::global(former);
+    EXPECT_EQ(log.records()[0].message, "1234567");
 }
 
 } // namespace
