@@ -24,9 +24,9 @@ unsigned long long nextId()
     return uid_generator++;
 }
 
-void warnOfMissing(unsigned long long id, const char* kind, const std::string& name)
+void warnOfMissing(const char* operation, unsigned long long id, const char* kind, const std::string& name)
 {
-    RK_LOG(rk::log::Warning, LogCategory)
+    rk::log::LogStream(rk::log::Warning, LogCategory, __FILE__, operation, __LINE__)
         << "Human " << id << " does not have any " << kind << " called \" " << name << "\"";
 }
 
@@ -88,7 +88,7 @@ void Human::setScore(const std::string& name, float score)
 void Human::removeScore(const std::string& name)
 {
     if (!lockedtable::remove(_mutex, _scores, name))
-        warnOfMissing(getId(), "score", name);
+        warnOfMissing(__func__, getId(), "score", name);
 }
 
 bool Human::hasObject2D(const std::string& name) const
@@ -109,7 +109,7 @@ void Human::setObject2D(const std::string& name, boost::shared_ptr<Object2D> obj
 void Human::removeObject2D(const std::string& name)
 {
     if (!lockedtable::remove(_mutex, _objects2D, name))
-        warnOfMissing(getId(), "Object2D", name);
+        warnOfMissing(__func__, getId(), "Object2D", name);
 }
 
 bool Human::hasObject3D(const std::string& name) const
@@ -130,7 +130,7 @@ void Human::setObject3D(const std::string& name, boost::shared_ptr<Object3D> obj
 void Human::removeObject3D(const std::string& name)
 {
     if (!lockedtable::remove(_mutex, _objects3D, name))
-        warnOfMissing(getId(), "Object3D", name);
+        warnOfMissing(__func__, getId(), "Object3D", name);
 }
 
 bool Human::hasProperty(int key) const

@@ -36,8 +36,14 @@ void set(boost::mutex& mutex, Table& table, const typename Table::key_type& key,
 template <typename Table>
 bool remove(boost::mutex& mutex, Table& table, const typename Table::key_type& key)
 {
+    typename Table::mapped_type former{}; // ends after the lock too
     const boost::lock_guard<boost::mutex> lock(mutex);
-    return table.erase(key) > 0;
+    const auto found = table.find(key);
+    if (found == table.end())
+        return false;
+    std::swap(former, found->second);
+    table.erase(found);
+    return true;
 }
 
 } // namespace ZR::Corvale::Type::lockedtable

@@ -43,9 +43,9 @@ bool isOfItsKind(const Image<T, C>& image, const char* operation, const std::str
 {
     if (image.mat.dims <= 2 && image.mat.type() == Image<T, C>::MatType)
         return true;
-    RK_LOG(rk::log::Error, category) << operation << ": the matrix has the type " << image.mat.type()
-                                     << " and " << image.mat.dims << " dimensions instead of the type "
-                                     << Image<T, C>::MatType << " and 2 dimensions.";
+    rk::log::LogStream(rk::log::Error, category, __FILE__, operation, __LINE__)
+        << operation << ": the matrix has the type " << image.mat.type() << " and " << image.mat.dims
+        << " dimensions instead of the type " << Image<T, C>::MatType << " and 2 dimensions.";
     return false;
 }
 

@@ -121,6 +121,7 @@ TEST(Human, MissingThingsGiveNothingAndOneWarningWhenRemoved)
                             "Human 4 does not have any Object2D called \" nose\"",
                             "Human 4 does not have any Object3D called \" ear\"",
                             "Human 4 does not have any property 7"));
+    EXPECT_EQ(log.records()[1].function, "removeObject2D");
 }
 
 } // namespace
