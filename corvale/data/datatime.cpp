@@ -1,5 +1,7 @@
 #include "corvale/data/datatime.h"
 
+#include "corvale/data/wrapping.h"
+
 #include "rk/os.h"
 
 namespace ZR::Corvale::Type {
@@ -8,7 +10,7 @@ Time Time::now()
 {
     timeval present{};
     rk::os::gettimeofday(&present);
-    return present.tv_sec * 1'000'000LL + present.tv_usec;
+    return wrappingSum(wrappingProduct(present.tv_sec, 1'000'000), present.tv_usec);
 }
 
 } // namespace ZR::Corvale::Type

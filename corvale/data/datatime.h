@@ -6,7 +6,7 @@ namespace ZR::Corvale::Type {
 
 /// A point in time: a signed count of microseconds since the epoch. Zero also means: not set.
 ///
-/// Sums wrap at the ends of 64 bits.
+/// Sums wrap at the ends of 64 bits, as does what a host's clock may give.
 /// Threads: a plain value; one thread at a time, or several that read.
 class Time
 {

@@ -3,7 +3,8 @@
 namespace ZR::Corvale {
 
 /// What a `Data` holds. The numbers are part of the interface: none is ever reused.
-enum DataType
+/// An `int`, so that a host may ask for the name of any number.
+enum DataType : int
 {
     Invalid = 0,
     Boolean = 1,

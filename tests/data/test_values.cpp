@@ -65,6 +65,11 @@ TEST(Time, NowReadsTheClockOfTheHost)
         return 0;
     });
     EXPECT_EQ(Time::now().getTotalMicroseconds(), 1'600'000'000'999'999);
+    rk::os::setClock([](timeval* now) {
+        *now = {Most, 7};
+        return 0;
+    });
+    EXPECT_EQ(Time::now().getTotalMicroseconds(), 7 - 1'000'000);
     rk::os::setClock(nullptr);
 }
 
