@@ -8,28 +8,14 @@ class ColorImage;
 
 /// Distances: a pixel is in millimetres, 0 is no measurement.
 /// Threads: as `Image`.
-class DepthImage : public Image<unsigned short, 1>
+class DepthImage : public ImageOf<DepthImage, unsigned short, 1>
 {
 public:
-    using Image::Image;
+    using ImageOf::ImageOf;
 
     // Bounds are not checked.
     const unsigned short& pixel(int x, int y) const { return component(x, y, 0); }
     unsigned short& pixel(int x, int y) { return component(x, y, 0); }
-
-    boost::shared_ptr<DepthImage> clone() const { return Image::clone<DepthImage>(); }
-    boost::shared_ptr<DepthImage> scaleDown(unsigned int factor) const
-    {
-        return Image::scaleDown<DepthImage>(factor);
-    }
-    boost::shared_ptr<DepthImage> extract(float x1, float y1, float x2, float y2) const
-    {
-        return Image::extract<DepthImage>(x1, y1, x2, y2);
-    }
-    boost::shared_ptr<DepthImage> extract(const Region2& region) const
-    {
-        return extract(region.start.x(), region.start.y(), region.end.x(), region.end.y());
-    }
 
     /// From red (0.2 m) by green to blue (4 m and beyond); nearer is dark grey, no measurement black.
     /// The result is stamped with the time of the conversion and has the default name and no extents.

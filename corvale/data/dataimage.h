@@ -84,13 +84,14 @@ public:
     }
 
     /// A copy of the pixels between two corners, both included. Coordinates are rounded and cut to the
-    /// image; the view shrinks in proportion. Throws `cv::Exception` if the corners are then not in order.
+    /// image; the view shrinks in proportion. Corners that are then out of order by one column or row leave
+    /// a 0 x 0 image; what is further out of order throws `cv::Exception`.
     template <typename Kind>
     boost::shared_ptr<Kind> extract(float x1, float y1, float x2, float y2) const
     {
         const cv::Range columns = covered(x1, x2, mat.cols);
         const cv::Range rows = covered(y1, y2, mat.rows);
-        const cv::Mat part(mat, rows, columns); // refuses ranges that are not in order
+        const cv::Mat part(mat, rows, columns); // refuses a range that ends before it starts
         return boost::make_shared<Kind>(deepCopy(part), name, timestamp, fovX * columns.size() / mat.cols,
                                         fovY * rows.size() / mat.rows);
     }
@@ -110,6 +111,30 @@ private:
     static cv::Mat wrapped(T* pixels, unsigned int width, unsigned int height)
     {
         return cv::Mat(static_cast<int>(height), static_cast<int>(width), MatType, pixels);
+    }
+};
+
+/// What each kind of image has on top: copies and cut-outs that are of its own kind, `Kind`.
+template <typename Kind, typename T, int C>
+class ImageOf : public Image<T, C>
+{
+    using Base = Image<T, C>;
+
+public:
+    using Base::Base;
+
+    boost::shared_ptr<Kind> clone() const { return Base::template clone<Kind>(); }
+    boost::shared_ptr<Kind> scaleDown(unsigned int factor) const
+    {
+        return Base::template scaleDown<Kind>(factor);
+    }
+    boost::shared_ptr<Kind> extract(float x1, float y1, float x2, float y2) const
+    {
+        return Base::template extract<Kind>(x1, y1, x2, y2);
+    }
+    boost::shared_ptr<Kind> extract(const Region2& region) const
+    {
+        return extract(region.start.x(), region.start.y(), region.end.x(), region.end.y());
     }
 };
 

@@ -8,28 +8,14 @@ class ColorImage;
 
 /// Regions: a pixel is the id of the region to which it belongs, 0 the background.
 /// Threads: as `Image`.
-class LabelImage : public Image<int, 1>
+class LabelImage : public ImageOf<LabelImage, int, 1>
 {
 public:
-    using Image::Image;
+    using ImageOf::ImageOf;
 
     // Bounds are not checked.
     const int& pixel(int x, int y) const { return component(x, y, 0); }
     int& pixel(int x, int y) { return component(x, y, 0); }
-
-    boost::shared_ptr<LabelImage> clone() const { return Image::clone<LabelImage>(); }
-    boost::shared_ptr<LabelImage> scaleDown(unsigned int factor) const
-    {
-        return Image::scaleDown<LabelImage>(factor);
-    }
-    boost::shared_ptr<LabelImage> extract(float x1, float y1, float x2, float y2) const
-    {
-        return Image::extract<LabelImage>(x1, y1, x2, y2);
-    }
-    boost::shared_ptr<LabelImage> extract(const Region2& region) const
-    {
-        return extract(region.start.x(), region.start.y(), region.end.x(), region.end.y());
-    }
 
     /// Background black, each region in a colour that tells where its first pixel lies, so that colours stay
     /// while regions do. Labels below 0 or above rows * cols count as background.

@@ -8,10 +8,10 @@ class ColorImage;
 
 /// Points in metres: `x` is the distance along the view, x = 0 is no measurement.
 /// Threads: as `Image`.
-class XYZImage : public Image<float, 3>
+class XYZImage : public ImageOf<XYZImage, float, 3>
 {
 public:
-    using Image::Image;
+    using ImageOf::ImageOf;
 
     // Bounds are not checked.
     const float& pixelX(int x, int y) const { return component(x, y, 0); }
@@ -20,20 +20,6 @@ public:
     float& pixelY(int x, int y) { return component(x, y, 1); }
     const float& pixelZ(int x, int y) const { return component(x, y, 2); }
     float& pixelZ(int x, int y) { return component(x, y, 2); }
-
-    boost::shared_ptr<XYZImage> clone() const { return Image::clone<XYZImage>(); }
-    boost::shared_ptr<XYZImage> scaleDown(unsigned int factor) const
-    {
-        return Image::scaleDown<XYZImage>(factor);
-    }
-    boost::shared_ptr<XYZImage> extract(float x1, float y1, float x2, float y2) const
-    {
-        return Image::extract<XYZImage>(x1, y1, x2, y2);
-    }
-    boost::shared_ptr<XYZImage> extract(const Region2& region) const
-    {
-        return extract(region.start.x(), region.start.y(), region.end.x(), region.end.y());
-    }
 
     /// The distance from red (0.3 m) by green to blue (4 m and beyond); nearer is dark grey, no measurement
     /// black.

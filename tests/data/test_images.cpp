@@ -106,6 +106,7 @@ TEST(Image, ExtractRoundsCutsAndShrinksTheView)
     const auto all = image.extract(-huge, -1e30f, huge, 1e30f);
     EXPECT_EQ(pixels(*all), pixels(image));
     EXPECT_EQ(all->fovX, 60.0f);
+    EXPECT_TRUE(image.extract(2, 2, 1, 1)->mat.empty());
 }
 
 TEST(Image, ExtractRefusesCornersThatAreNotInOrder)
