@@ -27,74 +27,29 @@ namespace ZR::Corvale {
 
 namespace {
 
-// By number.
-constexpr std::array<const char*, 31> Names{
-    "Invalid",    "Boolean",        "Integer",     "UnsignedInteger", "Float",      "Double",   "String",
-    "ColorImage", "GrayscaleImage", "BinaryImage", "LabelImage",      "DepthImage", "XYZImage", "MatrixImage",
-    "Histogram",  "AudioBuffer",    "Color",       "Vector2",         "Vector3",    "Vector4",  "Vector6",
-    "Region2",    "Region3",        "Array",       "Human",           "Object2D",   "Object3D", "Time",
-    "Duration",   "Unknown",        "Lambda"};
-
 using Values = std::vector<boost::shared_ptr<Data>>;
-
-template <typename Kind>
-void writeImage(std::ostream& text, const char* word, const Kind& image)
-{
-    text << "{" << word << " Width=" << image.mat.cols << " Height=" << image.mat.rows
-         << " Data=" << static_cast<const void*>(image.mat.data) << "}";
-}
 
 void write(std::ostream& text, bool value)
 {
     text << (value ? "True" : "False");
 }
-void write(std::ostream& text, int value)
-{
-    text << value;
-}
-void write(std::ostream& text, unsigned int value)
-{
-    text << value;
-}
+
 void write(std::ostream& text, float value)
 {
     text << value << "f";
 }
-void write(std::ostream& text, double value)
+
+template <typename Value>
+void write(std::ostream& text, const Value& value)
 {
     text << value;
 }
-void write(std::ostream& text, const std::string& value)
+
+template <typename T, int C>
+void writeImage(std::ostream& text, const char* word, const Type::Image<T, C>& image)
 {
-    text << value;
-}
-void write(std::ostream& text, const Type::ColorImage& image)
-{
-    writeImage(text, "Image", image);
-}
-void write(std::ostream& text, const Type::BinaryImage& image)
-{
-    writeImage(text, "BinaryImage", image);
-}
-void write(std::ostream& text, const Type::GrayscaleImage& image)
-{
-    writeImage(text, "GrayscaleImage", image);
-}
-void write(std::ostream& text, const Type::LabelImage& image)
-{
-    writeImage(text, "LabelImage", image);
-}
-void write(std::ostream& text, const Type::DepthImage& image)
-{
-    writeImage(text, "DepthImage", image);
-}
-void write(std::ostream& text, const Type::XYZImage& image)
-{
-    writeImage(text, "XYZImage", image);
-}
-void write(std::ostream& text, const Type::MatrixImage& image)
-{
-    writeImage(text, "MatrixImage", image);
+    text << "{" << word << " Width=" << image.mat.cols << " Height=" << image.mat.rows
+         << " Data=" << static_cast<const void*>(image.mat.data) << "}";
 }
 
 void write(std::ostream& text, const Type::Vector2& vector)
@@ -172,71 +127,69 @@ void write(std::ostream& text, const Values& values)
     text << "}";
 }
 
+// What a type is called, and how its payload is written.
+struct Row
+{
+    const char* name;
+    void (*write)(std::ostream& text, const char* name, void* payload);
+};
+
 template <typename Payload>
-void writeAs(std::ostream& text, void* payload)
+void writeAs(std::ostream& text, const char*, void* payload)
 {
     write(text, *static_cast<Payload*>(payload));
 }
 
-void writePayload(std::ostream& text, DataType type, void* payload)
+template <typename Kind>
+void writeImageAs(std::ostream& text, const char* name, void* payload)
 {
-    switch (type) {
-    case Boolean:
-        return writeAs<bool>(text, payload);
-    case Integer:
-        return writeAs<int>(text, payload);
-    case UnsignedInteger:
-        return writeAs<unsigned int>(text, payload);
-    case Float:
-        return writeAs<float>(text, payload);
-    case Double:
-        return writeAs<double>(text, payload);
-    case String:
-        return writeAs<std::string>(text, payload);
-    case ColorImage:
-        return writeAs<Type::ColorImage>(text, payload);
-    case GrayscaleImage:
-        return writeAs<Type::GrayscaleImage>(text, payload);
-    case BinaryImage:
-        return writeAs<Type::BinaryImage>(text, payload);
-    case LabelImage:
-        return writeAs<Type::LabelImage>(text, payload);
-    case DepthImage:
-        return writeAs<Type::DepthImage>(text, payload);
-    case XYZImage:
-        return writeAs<Type::XYZImage>(text, payload);
-    case MatrixImage:
-        return writeAs<Type::MatrixImage>(text, payload);
-    case Histogram:
-        return writeAs<Type::Histogram>(text, payload);
-    case Vector2:
-        return writeAs<Type::Vector2>(text, payload);
-    case Vector3:
-        return writeAs<Type::Vector3>(text, payload);
-    case Vector4:
-        return writeAs<Type::Vector4>(text, payload);
-    case Vector6:
-        return writeAs<Type::Vector6>(text, payload);
-    case Region2:
-        return writeAs<Type::Region2>(text, payload);
-    case Region3:
-        return writeAs<Type::Region3>(text, payload);
-    case Array:
-        return writeAs<Values>(text, payload);
-    case Human:
-        return writeAs<Type::Human>(text, payload);
-    case Object2D:
-        return writeAs<Type::Object2D>(text, payload);
-    case Object3D:
-        return writeAs<Type::Object3D>(text, payload);
-    case Time:
-        return writeAs<Type::Time>(text, payload);
-    case Duration:
-        return writeAs<Type::Duration>(text, payload);
-    default:
-        text << "{void*}";
-    }
+    writeImage(text, name, *static_cast<Kind*>(payload));
 }
+
+void writeColorImage(std::ostream& text, const char*, void* payload)
+{
+    writeImage(text, "Image", *static_cast<Type::ColorImage*>(payload));
+}
+
+void writeUnknown(std::ostream& text, const char*, void*)
+{
+    text << "{void*}";
+}
+
+// By number.
+constexpr std::array<Row, 31> Rows{{
+    {"Invalid", writeUnknown},
+    {"Boolean", writeAs<bool>},
+    {"Integer", writeAs<int>},
+    {"UnsignedInteger", writeAs<unsigned int>},
+    {"Float", writeAs<float>},
+    {"Double", writeAs<double>},
+    {"String", writeAs<std::string>},
+    {"ColorImage", writeColorImage},
+    {"GrayscaleImage", writeImageAs<Type::GrayscaleImage>},
+    {"BinaryImage", writeImageAs<Type::BinaryImage>},
+    {"LabelImage", writeImageAs<Type::LabelImage>},
+    {"DepthImage", writeImageAs<Type::DepthImage>},
+    {"XYZImage", writeImageAs<Type::XYZImage>},
+    {"MatrixImage", writeImageAs<Type::MatrixImage>},
+    {"Histogram", writeAs<Type::Histogram>},
+    {"AudioBuffer", writeUnknown},
+    {"Color", writeUnknown},
+    {"Vector2", writeAs<Type::Vector2>},
+    {"Vector3", writeAs<Type::Vector3>},
+    {"Vector4", writeAs<Type::Vector4>},
+    {"Vector6", writeAs<Type::Vector6>},
+    {"Region2", writeAs<Type::Region2>},
+    {"Region3", writeAs<Type::Region3>},
+    {"Array", writeAs<Values>},
+    {"Human", writeAs<Type::Human>},
+    {"Object2D", writeAs<Type::Object2D>},
+    {"Object3D", writeAs<Type::Object3D>},
+    {"Time", writeAs<Type::Time>},
+    {"Duration", writeAs<Type::Duration>},
+    {"Unknown", writeUnknown},
+    {"Lambda", writeUnknown},
+}};
 
 } // namespace
 
@@ -246,20 +199,21 @@ std::string Data::toString()
         return {};
     std::ostringstream text;
     text.imbue(std::locale::classic()); // the same text whatever locale the host sets
-    writePayload(text, _type, _data.get());
+    Rows[_type].write(text, Rows[_type].name, _data.get());
     return text.str();
 }
 
 std::string Data::getTypeName(DataType type)
 {
     const auto number = static_cast<std::size_t>(type);
-    return number < Names.size() ? Names[number] : Names[Invalid];
+    return Rows[number < Rows.size() ? number : Invalid].name;
 }
 
 DataType Data::getTypeFromName(const std::string& name)
 {
-    const auto found = std::find(Names.begin(), Names.end(), name);
-    return found == Names.end() ? Invalid : static_cast<DataType>(found - Names.begin());
+    const auto found =
+        std::find_if(Rows.begin(), Rows.end(), [&name](const Row& row) { return row.name == name; });
+    return found == Rows.end() ? Invalid : static_cast<DataType>(found - Rows.begin());
 }
 
 } // namespace ZR::Corvale
