@@ -53,12 +53,14 @@ void LiveRun::execute()
         framePlayed();
     }
 
-    // The last frame has its time too.
+    // The last frame has its time too; what no worker has come to by then is computed here.
     const Type::Duration frameTime = _playback.timeOf(1);
     waitUntil(Clock::now() +
               std::max<Clock::duration>(longestPeriod(),
                                         std::chrono::microseconds(frameTime.getTotalMicroseconds())));
     _engine.stopScheduler();
+    if (interrupt::signal() == 0)
+        compute();
     checkOutputs();
 }
 

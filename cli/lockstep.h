@@ -23,9 +23,6 @@ public:
     void execute() override;
 
 private:
-    std::vector<std::string> sinkOfEachProcess() const;
-    void compute(const std::string& sink, std::uint64_t frame);
-
     RecordingClock& _clock;
 };
 

@@ -39,6 +39,8 @@ protected:
     /// Gives the sources the values of a frame.
     void feed(const Playback::Values& values);
     void framePlayed();
+    /// Looks at every enabled process once, in name order, in this thread: those compute that are due.
+    void compute() const;
     void checkOutputs() const;
 
     ZR::Corvale::Corvale& _engine;
@@ -46,6 +48,8 @@ protected:
     const Outputs& _outputs;
 
 private:
+    std::vector<std::string> sinkOfEachProcess() const;
+
     Meters& _meters;
     Progress& _progress;
     const std::uint64_t _frames;

@@ -20,14 +20,21 @@ int codecOf(const std::string& path)
                                                 : cv::VideoWriter::fourcc('m', 'p', '4', 'v');
 }
 
-// In colour and of even size, as codecs want it: the last row and column stand twice where needed.
+// How much to add to a side: codecs want it even, and narrow ones make them write beyond their buffers.
+int margin(int side)
+{
+    constexpr int least = 16;
+    return side < least ? least - side : side % 2;
+}
+
+// In colour and of a size that codecs take: the last row and column go on where needed.
 cv::Mat frameOf(const cv::Mat& picture)
 {
     cv::Mat colour = picture;
     if (picture.channels() == 1)
         cv::cvtColor(picture, colour, cv::COLOR_GRAY2BGR);
     cv::Mat frame;
-    cv::copyMakeBorder(colour, frame, 0, colour.rows % 2, 0, colour.cols % 2, cv::BORDER_REPLICATE);
+    cv::copyMakeBorder(colour, frame, 0, margin(colour.rows), 0, margin(colour.cols), cv::BORDER_REPLICATE);
     return frame;
 }
 
