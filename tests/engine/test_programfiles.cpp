@@ -87,8 +87,9 @@ TEST_F(ProgramFileTest, AFileThatCanNotBeOpenedIsMarkedAllTheSame)
     getrlimit(RLIMIT_NOFILE, &former);
     const rlimit none{0, former.rlim_max};
     setrlimit(RLIMIT_NOFILE, &none);
-    refused(file, line(file, "\"unable to open " + quoted(file)));
+    EXPECT_FALSE(engine.loadProgramFromFile(file));
     setrlimit(RLIMIT_NOFILE, &former);
+    EXPECT_THAT(log.messages(rk::log::Error), ElementsAre(line(file, "\"unable to open " + quoted(file))));
     EXPECT_TRUE(engine.loadProgramFromFile(file));
     EXPECT_THAT(engine.getSources(), IsEmpty());
 }

@@ -11,11 +11,9 @@
 
 #include <fstream>
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#include <sanitizer/allocator_interface.h>
-#endif
-
 using namespace ZR::Corvale;
+
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 
 namespace {
 

@@ -26,6 +26,7 @@
 #include <functional>
 #include <iostream>
 #include <random>
+#include <set>
 #include <thread>
 
 using namespace ZR::Corvale;
@@ -33,7 +34,7 @@ using namespace ZR::Corvale;
 namespace {
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr int steps = 3000;
+constexpr int steps = 20000;
 #else
 constexpr int steps = 60000;
 #endif
@@ -103,7 +104,8 @@ void callBack(Corvale& engine, Dice& dice)
         engine.getSourceData(name('a', dice(levels), dice));
         break;
     case 2:
-        engine.createLambda("Identity")->apply({token()});
+        if (const boost::shared_ptr<Type::Lambda> lambda = engine.createLambda("Identity"))
+            lambda->apply({token()});
         break;
     case 3:
         engine.getScheduledJobs();
@@ -140,10 +142,8 @@ private:
 
 using Step = std::function<void(Corvale&, Dice&)>;
 
-std::atomic<int> made{0}, tried{0};
 bool createProcess(Corvale& engine, Dice& dice)
 {
-    ++tried;
     const int level = 1 + dice(levels);
     const std::string source =
         dice.of(std::vector<std::string>{"null", "1.5", "Identity", "this:x", "this:y", ""});
@@ -152,11 +152,11 @@ bool createProcess(Corvale& engine, Dice& dice)
         events.emplace_back("out", name('p', 1 + dice(levels), dice));
     if (dice(4) == 0)
         events.emplace_back(name('p', 1 + dice(levels), dice) + ":out", "self");
-    return made += engine.createProcess(
-               name('p', level, dice), dice.of(std::vector<std::string>{"Mix", "Keep", "c0", "c1"}),
-               {{"a", readable(level, dice)}, {"b", source.empty() ? readable(level, dice) : source}},
-               {{"x", "out"}, {"y", dice(2) ? "out" : "more"}}, events, {{"source", "x"}, {"pulse", "y[2]"}},
-               static_cast<unsigned int>(dice(10)), dice.of(std::vector<float>{0.0f, 100.0f, 1e9f, 1e9f}));
+    return engine.createProcess(
+        name('p', level, dice), dice.of(std::vector<std::string>{"Mix", "Keep", "c0", "c1"}),
+        {{"a", readable(level, dice)}, {"b", source.empty() ? readable(level, dice) : source}},
+        {{"x", "out"}, {"y", dice(2) ? "out" : "more"}}, events, {{"source", "x"}, {"pulse", "y[2]"}},
+        static_cast<unsigned int>(dice(10)), dice.of(std::vector<float>{0.0f, 100.0f, 1e9f, 1e9f}));
 }
 
 bool createComposite(Corvale& engine, Dice& dice)
@@ -286,6 +286,22 @@ struct Stress : testing::TestWithParam<std::tuple<int, bool>>
         }
     }
 
+    static std::set<std::string> jobs(Corvale& engine)
+    {
+        const std::vector<std::string> names = engine.getScheduledJobs();
+        return {names.begin(), names.end()};
+    }
+
+    static std::set<std::string> schedulable(Corvale& engine)
+    {
+        std::set<std::string> names;
+        for (const std::string& name : engine.getProcesses())
+            if (engine.getProcessPriority(name) != 0 &&
+                (engine.isProcessEnable(name) || engine.isProcessZombie(name)))
+                names.insert(name);
+        return names;
+    }
+
     const boost::filesystem::path folder =
         boost::filesystem::temp_directory_path() / boost::filesystem::unique_path();
     std::atomic<int> files{0};
@@ -309,8 +325,7 @@ TEST_P(Stress, HostsWorkersAndCallbacksAtOnce)
             hosts.emplace_back([&, i, retarget = retarget] { host(engine, 100 + i, retarget); });
         for (std::thread& thread : hosts)
             thread.join();
-        std::cerr << "calls " << Mix::calls << " made " << made << " of " << tried << " files " << files
-                  << " fatal " << fatal << std::endl;
+        EXPECT_EQ(jobs(engine), schedulable(engine));
         engine.startScheduler();
         for (const std::string& process : engine.getProcesses())
             EXPECT_TRUE(engine.deleteProcess(process));
