@@ -4,6 +4,7 @@
 #include "corvale/engine/corvale_p.h"
 #include "corvale/engine/tablekeys.h"
 #include "corvale/filter/filtercomposite.h"
+#include "corvale/filters/knnclassification.h"
 #include "corvale/parser/literal.h"
 #include "corvale/parser/parsingtools.h"
 #include "corvale/runtime/nodefilter.h"
@@ -156,7 +157,10 @@ bool CorvalePrivate::createClassificationFilter(const std::string& name, Classif
         return fail(found, "A filter with the name \"" + name + "\" already exists.");
     if (type != KNN)
         return fail(file, "Invalid classification type.");
-    return fail(file, "This build has no classifier.");
+    const auto filter = boost::make_shared<Filters::KNNClassification>(found);
+    filter->bindMemoryManager(&_memoryManager);
+    _filters.emplace(name, filter);
+    return true;
 }
 
 } // namespace ZR::Corvale

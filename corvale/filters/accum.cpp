@@ -20,15 +20,6 @@ const InputGuards guards(category, "Accum",
                          {Guard::count(2).quietly(), Guard::kind(1, {DataType::Float}).quietly(),
                           Guard::kind(0, kinds), Guard::intact(0)});
 
-boost::shared_ptr<Data> cloned(const boost::shared_ptr<Data>& image)
-{
-    boost::shared_ptr<Data> copy;
-    visitImageClass(image->getType(), [&](auto imageClass) {
-        copy = boost::make_shared<Data>(payload<typename decltype(imageClass)::type>(image)->clone());
-    });
-    return copy;
-}
-
 // Of the 32-bit sum a component keeps the bits from 8 on that it has room for: 8 to 15, or 8 to 23. No higher
 // bit of the sum or of a weight reaches down to them, so a `Sum` of 16 or 32 bits is exact for all weights,
 // negative ones too.

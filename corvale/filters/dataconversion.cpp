@@ -77,4 +77,12 @@ boost::shared_ptr<Data> cvMatToData(const cv::Mat& matrix, const DataType& type)
     return newImage(matrix, type, Origin());
 }
 
+boost::shared_ptr<Data> cloned(const boost::shared_ptr<Data>& image)
+{
+    boost::shared_ptr<Data> copy;
+    if (!readImage(image, [&](const auto& original) { copy = boost::make_shared<Data>(original.clone()); }))
+        throw std::runtime_error(noImage);
+    return copy;
+}
+
 } // namespace ZR::Corvale

@@ -23,4 +23,8 @@ boost::shared_ptr<Data> cvMatToData(const cv::Mat& matrix, const DataType& type,
 /// The same without an origin: the default name, no extents, the time of now.
 boost::shared_ptr<Data> cvMatToData(const cv::Mat& matrix, const DataType& type);
 
+/// A copy of an image, origin and all, that shares no pixels with it.
+/// Threads: thread-safe. Failure: `std::runtime_error` as for `dataToCvMat`.
+boost::shared_ptr<Data> cloned(const boost::shared_ptr<Data>& image);
+
 } // namespace ZR::Corvale

@@ -1,0 +1,193 @@
+#include "corvale/filters/knnclassification.h"
+
+#include "corvale/filters/inputguards.h"
+#include "corvale/filters/vectorised.h"
+#include "corvale/runtime/port.h"
+#include "rk/log.h"
+
+#include <boost/property_tree/ptree.hpp>
+#include <boost/property_tree/xml_parser.hpp>
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <locale>
+#include <map>
+#include <sstream>
+
+namespace ZR::Corvale::Filters {
+
+namespace {
+
+const std::string category = rk::log::addCategory("corvale.filter.kNNClassification");
+const InputGuards guards(category, "KNNClassification", {Guard::present(0)});
+
+constexpr std::size_t blockSize = 32; // descriptors; their sums fit into the registers
+
+// Squared distances between a query and blocks of descriptors. Each sum runs in the order of the elements, so
+// it is the same in whatever company it is computed.
+void computeDistances(std::size_t blocks, const float* query, std::size_t size, const float* descriptors,
+                      float* distances)
+{
+    for (std::size_t block = 0; block < blocks; ++block) {
+        float sums[blockSize] = {};
+        for (std::size_t element = 0; element < size; ++element) {
+            for (std::size_t i = 0; i < blockSize; ++i) {
+                const float difference = query[element] - descriptors[i];
+                sums[i] += difference * difference;
+            }
+            descriptors += blockSize;
+        }
+        std::copy(sums, sums + blockSize, distances + block * blockSize);
+    }
+}
+
+// The nearest descriptors so far, each in a slot. The slot that gives way to a nearer one is the farthest, of
+// several the first: it is the top of a heap, since a search through all slots would cost k for each.
+class Neighbours
+{
+public:
+    /// Empty slots hold this label; they are as far away as can be.
+    Neighbours(std::size_t slots, int emptyLabel)
+    {
+        for (std::size_t number = 0; number < slots; ++number) // in the order of a heap
+            _heap.push_back({std::numeric_limits<float>::max(), number, emptyLabel});
+    }
+
+    void offer(float distance, int label)
+    {
+        if (!(distance < _heap.front().distance))
+            return;
+        std::pop_heap(_heap.begin(), _heap.end(), staysLonger);
+        _heap.back().distance = distance;
+        _heap.back().label = label;
+        std::push_heap(_heap.begin(), _heap.end(), staysLonger);
+    }
+
+    std::map<int, std::size_t> votes() const
+    {
+        std::map<int, std::size_t> votes;
+        for (const Slot& slot : _heap)
+            ++votes[slot.label];
+        return votes;
+    }
+
+private:
+    struct Slot
+    {
+        float distance;
+        std::size_t number;
+        int label;
+    };
+
+    static bool staysLonger(const Slot& left, const Slot& right)
+    {
+        return left.distance < right.distance ||
+               (left.distance == right.distance && left.number > right.number);
+    }
+
+    std::vector<Slot> _heap;
+};
+
+boost::property_tree::ptree_bad_data badData(const std::string& text)
+{
+    return boost::property_tree::ptree_bad_data("classification database: " + text, text);
+}
+
+} // namespace
+
+KNNClassification::KNNClassification(const std::string& path) : FilterPrimitive("KNNClassification")
+{
+    accept(_addInput("in"), {DataType::Array});
+    const boost::shared_ptr<Port> k = _addInput("k");
+    accept(k, {DataType::Integer});
+    k->setOptional(true);
+    _addOutput("out");
+    _loadDataBase(path);
+}
+
+bool KNNClassification::_loadDataBase(const std::string& path)
+{
+    boost::property_tree::ptree tree;
+    boost::property_tree::read_xml(path, tree);
+    if (tree.get<std::string>("data.properties.type") != "knn")
+        return false;
+    _descriptorSize = tree.get<unsigned int>("data.properties.size");
+    _descriptorCount = tree.get<unsigned int>("data.properties.count");
+    const boost::property_tree::ptree& descriptors = tree.get_child("data.descriptors");
+    if (descriptors.size() != _descriptorCount)
+        throw badData("count is " + std::to_string(_descriptorCount) + ", but there are " +
+                      std::to_string(descriptors.size()) + " descriptors");
+    for (const auto& [tag, descriptor] : descriptors)
+        _addDescriptor(descriptor.data());
+    return true;
+}
+
+void KNNClassification::_addDescriptor(const std::string& text)
+{
+    std::istringstream stream(text);
+    stream.imbue(std::locale::classic());
+    int label = 0;
+    stream >> label;
+    std::vector<float> elements;
+    for (float element; elements.size() < _descriptorSize && stream >> element;)
+        elements.push_back(element);
+    if (!stream || elements.size() < _descriptorSize)
+        throw badData("descriptor " + std::to_string(_labels.size()) + " is no label and " +
+                      std::to_string(_descriptorSize) + " numbers: \"" + text + "\"");
+
+    const std::size_t place = _labels.size() % blockSize;
+    _labels.push_back(label);
+    if (place == 0)
+        _descriptors.resize(_descriptors.size() + blockSize * elements.size());
+    auto* const block = _descriptors.data() + _descriptors.size() - blockSize * elements.size();
+    for (std::size_t i = 0; i < elements.size(); ++i)
+        block[i * blockSize + place] = elements[i];
+}
+
+std::vector<float> KNNClassification::_distances(const std::vector<float>& query) const
+{
+    const std::size_t blocks = (_labels.size() + blockSize - 1) / blockSize;
+    std::vector<float> distances(blocks * blockSize);
+    const auto kernel = [](auto... arguments) { computeDistances(arguments...); };
+    runVectorised(kernel, blocks, query.data(), query.size(), _descriptors.data(), distances.data());
+    return distances;
+}
+
+int KNNClassification::_classify(const std::vector<float>& query, std::size_t k) const
+{
+    // More slots than descriptors would stay empty, so they need no room to vote for 0. A single neighbour
+    // too far away for its slot is still the nearest.
+    const std::size_t slots = std::min(k, _labels.size());
+    Neighbours neighbours(slots, k == 1 ? _labels.front() : 0);
+    const std::vector<float> distances = _distances(query);
+    for (std::size_t i = 0; i < _labels.size(); ++i)
+        neighbours.offer(distances[i], _labels[i]);
+
+    std::map<int, std::size_t> votes = neighbours.votes();
+    votes[0] += k - slots;
+    const auto fewer = [](const auto& left, const auto& right) { return left.second < right.second; };
+    return std::max_element(votes.begin(), votes.end(), fewer)->first; // the first of a tie
+}
+
+Values KNNClassification::applyFilter(const Values& inputs, const StringHash&, const StringHash&, long long)
+{
+    if (!guards.admit(inputs))
+        return {};
+    const Values* elements = payload<Values>(inputs[0]);
+    if ((elements ? elements->size() : 0) != _descriptorSize)
+        return {};
+    std::vector<float> query;
+    for (std::size_t i = 0; i < _descriptorSize; ++i) {
+        if (!(*elements)[i])
+            return guards.refuse();
+        query.push_back(number<float>((*elements)[i]));
+    }
+    const bool hasK = inputs.size() == 2 && inputs[1] && inputs[1]->getType() == DataType::Integer;
+    const int k = hasK ? number<int>(inputs[1]) : 1;
+    if (k < 2 && _descriptorCount == 0)
+        return {};
+    return one(boost::make_shared<Data>(_classify(query, static_cast<std::size_t>(std::max(k, 1)))));
+}
+
+} // namespace ZR::Corvale::Filters
