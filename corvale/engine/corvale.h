@@ -53,7 +53,7 @@ public:
     // Programs
 
     /// Runs the statements of a program text in order. False at the first that fails; what stands
-    /// before it has taken effect.
+    /// before it has taken effect. Passes on what `setData` throws.
     bool loadProgram(const std::string& program);
     /// Loads a program (.fgs, .FGS, .txt, .TXT) once, or a plug-in (.so, .dylib), whose filters are in
     /// the table afterwards although the result is false.
