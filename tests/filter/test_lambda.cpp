@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <stdexcept>
 #include <thread>
 
 using namespace support;
@@ -115,16 +114,6 @@ TEST(Lambda, TwoThreadsDoNotDisturbEachOther)
     run(500);
     other.join();
     EXPECT_EQ(graph.state(), "");
-}
-
-TEST(Lambda, AnExceptionLeavesItFreeForOtherThreads)
-{
-    Graph graph;
-    const auto lambda = Lambda::createLambda(probe("f", "in", "out", [](const Values& in) -> Values {
-        return int(*in[0]) == 1 ? throw std::runtime_error("f") : in;
-    }));
-    EXPECT_THROW(apply(*lambda, {1}), std::runtime_error);
-    std::thread([&] { EXPECT_EQ(apply(*lambda, {2}) + apply(*lambda->clone(), {3}), "-3"); }).join();
 }
 
 } // namespace

@@ -124,7 +124,7 @@ TEST_F(LocalData, IsUsedByOneCallAtATimeAlsoAfterAnException)
         --insideNow;
     };
     const auto run = [&](const char* process) {
-        for (int i = 1; i <= 500; ++i)
+        for (int i = 1; i <= 100; ++i)
             EXPECT_EQ(call(process, process), std::to_string(i));
     };
     std::thread other(run, "p");
@@ -138,13 +138,11 @@ TEST(MemoryManager, MovesAndForgetsProcesses)
     MemoryManager memory;
     const StringHash p("p"), q("q"), x("x"), y("y");
     EXPECT_FALSE(memory.renameProcess(p, q));
-    EXPECT_TRUE(memory.removeProcess(p));
     EXPECT_EQ(memory.getData(p, x), nullptr);
     EXPECT_TRUE(memory.renameProcess(p, q)) << "a read leaves an entry";
     EXPECT_TRUE(memory.setData(p, x, number(1)) && memory.setData(q, y, number(2)));
-    EXPECT_TRUE(memory.renameProcess(p, q) && memory.renameProcess(q, q));
+    EXPECT_TRUE(memory.renameProcess(p, q) && memory.renameProcess(q, q) && !memory.renameProcess(p, q));
     EXPECT_EQ(show(memory.getData(q, x)) + show(memory.getData(q, y)), "1-") << "what q had is replaced";
-    EXPECT_FALSE(memory.renameProcess(p, q));
 }
 
 } // namespace

@@ -82,14 +82,6 @@ TEST(NodeFilter, FillsMissingInputsFromDefaultsAndLeavesOptionalOnesNull)
     EXPECT_EQ(graph.run(), "k=1-24 ");
 }
 
-TEST(Node, FindsPortsByNameAndTheOnlyOneWithoutAName)
-{
-    const NodeFilter one("n", probe("f", "", "a")), two("n", probe("f", "", "a a"));
-    EXPECT_EQ(one.getOutput(""), one.getOutputs()[0]);
-    EXPECT_EQ(two.getOutput("a"), two.getOutputs()[0]);
-    EXPECT_FALSE(one.getOutput("b") || one.getInput("") || two.getOutput(""));
-}
-
 TEST(Protocol, LogsBreachesAndWhatIsLeftAtTheEnd)
 {
     Graph graph;

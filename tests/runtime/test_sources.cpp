@@ -1,7 +1,6 @@
 #include "support/fakeclock.h"
 #include "support/graph.h"
 
-#include "corvale/runtime/aggregatedsink.h"
 #include "corvale/runtime/nodeprocesssource.h"
 #include "corvale/runtime/nodepulse.h"
 #include "corvale/runtime/nodesourcealias.h"
@@ -99,32 +98,24 @@ TEST(NodePulse, GivesItsValueToOneComputationAndComesToRest)
 TEST(NodeProcessSource, ComputesUpstreamBeforeAnyFilterRuns)
 {
     FakeClock clock;
-    Graph graph;
-    Process& upstream = graph.process;
+    Graph upstream, downstream("q");
     int count = 0;
     const auto counter = probe("count", "", "out", [&](const Values&) { return Values{number(++count)}; });
-    const auto sink = graph.sink("k", graph.node("n", counter)->getOutput(""));
-    const auto all = boost::make_shared<AggregatedSink>("all");
-    all->addSink(sink);
-    upstream.addAggregatedSink(all);
+    const auto sink = upstream.sink("k", upstream.node("n", counter)->getOutput(""));
     const auto from = [&](const char* name) {
-        return boost::make_shared<NodeProcessSource>("source", boost::shared_ptr<Process>(sink, &upstream),
-                                                     name);
+        const boost::shared_ptr<Process> process(sink, &upstream.process);
+        return boost::make_shared<NodeProcessSource>("source", process, name);
     };
-    const auto source = from("k");
+    const auto source = downstream.keep(from("k"));
     source->setData(number(77)); // nobody reads it
-    EXPECT_EQ(source->getDependencies(), words("p"));
-    {
-        Graph downstream("q");
-        const auto early = probe("early", "in", "out", [&](const Values&) { return Values{number(count)}; });
-        const auto node = downstream.node("n", early, {downstream.source("s", number(0))});
-        downstream.sink("1", node->getOutput(""));
-        downstream.sink("2", source->getOutput("out"));
-        EXPECT_EQ(inOrder({downstream.run(), downstream.run()}), "1=1 2=1 1=2 2=2 ");
-    }
-    EXPECT_EQ(source->getUid() + source->activeScopes(), 0u);
+    const auto early = probe("early", "in", "out", [&](const Values&) { return Values{number(count)}; });
+    const auto node = downstream.node("n", early, {downstream.source("s", number(0))});
+    downstream.sink("1", node->getOutput(""));
+    downstream.sink("2", source->getOutput("out"));
+    EXPECT_EQ(inOrder({downstream.run(), downstream.run()}), "1=1 2=1 1=2 2=2 ");
+    EXPECT_EQ(source->getUid(), 0u);
 
-    upstream.setFrequency(10);
+    upstream.process.setFrequency(10);
     EXPECT_EQ(inOrder({compute(*source, p), compute(*source, q)}), "22") << "its period is not over";
     clock.now += 100000;
     source->synchronize(q, q, 0);
@@ -133,8 +124,8 @@ TEST(NodeProcessSource, ComputesUpstreamBeforeAnyFilterRuns)
     EXPECT_EQ(seen(*source, q), "3") << "one snapshot for all scopes of a computation";
     source->synchronizeRelease(q, q, 0);
     source->synchronizeRelease(q, inside, 0);
-    EXPECT_EQ(inOrder({compute(*source, q), compute(*from("all"), q), compute(*from("x"), q), graph.state()}),
-              "4{4}-k=4 \n2 getData(x): the process p doesn't own this sink node.");
+    EXPECT_EQ(inOrder({compute(*source, q), compute(*from("x"), q), downstream.state()}),
+              "4-1=2 2=2 \n2 getData(x): the process p doesn't own this sink node.");
 }
 
 } // namespace

@@ -11,19 +11,11 @@ struct FakeClock
 {
     FakeClock()
     {
-        rk::os::setClock([this](timeval* time) { return read(time); });
+        rk::os::setClock([this](timeval* time) { return *time = {now / 1000000, now % 1000000}, 0; });
     }
     ~FakeClock() { rk::os::setClock({}); }
 
     std::atomic<long long> now{1000000000}; ///< microseconds since the epoch
-
-private:
-    int read(timeval* time)
-    {
-        const long long microseconds = now;
-        *time = {microseconds / 1000000, microseconds % 1000000};
-        return 0;
-    }
 };
 
 } // namespace support
