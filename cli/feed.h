@@ -27,8 +27,10 @@ public:
     /// Frames per second of the recording's own; 0 if it has none, as pictures.
     virtual double rate() const { return 0.0; }
 
-    /// How many frames there are to come, by what the recording says; nothing if it never ends.
+    /// How many frames there are, by what the recording says; nothing if it does not say.
     virtual std::optional<std::uint64_t> length() const = 0;
+
+    virtual bool isEndless() const { return false; }
 };
 
 } // namespace cli

@@ -19,6 +19,7 @@ public:
 
     DataPointer next(const ZR::Corvale::Type::Time& timestamp) override;
     std::optional<std::uint64_t> length() const override;
+    bool isEndless() const override { return _endless; }
 
 private:
     const std::vector<std::string> _files;

@@ -39,7 +39,7 @@ std::vector<std::string> namesIn(const fs::path& folder)
     std::vector<std::string> names;
     for (fs::directory_iterator entry(folder.empty() ? "." : folder, error), end; !error && entry != end;
          entry.increment(error))
-        if (fs::is_regular_file(entry->status()))
+        if (boost::system::error_code ignored; fs::is_regular_file(entry->status(ignored)))
             names.push_back(entry->path().filename().string());
     if (error)
         throw Failure("cannot read the folder " + folder.string() + ": " + error.message());

@@ -52,6 +52,12 @@ std::optional<std::uint64_t> Playback::length() const
     return shortest;
 }
 
+bool Playback::isEndless() const
+{
+    return std::all_of(_tracks.begin(), _tracks.end(),
+                       [](const Track& track) { return track.feed->isEndless(); });
+}
+
 bool Playback::isDue(const Track& track, std::uint64_t frame) const
 {
     const double own = track.feed->rate();

@@ -31,8 +31,10 @@ public:
     double rate() const;
     /// From the first frame to the one of this number.
     ZR::Corvale::Type::Duration timeOf(std::uint64_t frame) const;
-    /// How many frames there are, until the shortest recording ends; nothing if none ever does.
+    /// How many frames there are until the shortest recording ends; nothing if none says.
     std::optional<std::uint64_t> length() const;
+    /// Whether no recording ever ends.
+    bool isEndless() const;
 
     /// What the sources get with a frame, each by its name; frames come in order. Nothing when a recording
     /// has ended.

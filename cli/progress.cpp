@@ -41,7 +41,7 @@ void Progress::show(std::uint64_t done)
 void Progress::draw(std::uint64_t done, double seconds) const
 {
     const double speed = seconds > 0.0 ? static_cast<double>(done) / seconds : 0.0;
-    std::string line = "\r\033[K";
+    std::string line = "\033[K";
     if (_total && *_total > 0) {
         constexpr std::size_t width = 30;
         const double share = std::min(1.0, static_cast<double>(done) / static_cast<double>(*_total));
@@ -54,7 +54,8 @@ void Progress::draw(std::uint64_t done, double seconds) const
         line += "  " +
                 clockText(std::max(0.0, static_cast<double>(*_total) - static_cast<double>(done)) / speed) +
                 " left";
-    std::fputs(line.c_str(), stderr);
+    // The cursor goes back to the front, so that a log line takes the bar's place.
+    std::fputs((line + "\r").c_str(), stderr);
     std::fflush(stderr);
 }
 
@@ -63,7 +64,7 @@ void Progress::clear()
     if (!_visible)
         return;
     _visible = false;
-    std::fputs("\r\033[K", stderr);
+    std::fputs("\033[K", stderr);
     std::fflush(stderr);
 }
 

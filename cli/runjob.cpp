@@ -30,6 +30,7 @@ using ZR::Corvale::Data;
 namespace {
 
 const std::string valueMark = "value:";
+constexpr std::uint64_t endless = std::numeric_limits<std::uint64_t>::max();
 
 bool isValue(const std::string& feed)
 {
@@ -126,24 +127,28 @@ void RunJob::openOutputs()
 
 std::uint64_t RunJob::frameLimit() const
 {
-    constexpr std::uint64_t endless = std::numeric_limits<std::uint64_t>::max();
-    return _options.frames.value_or(_playback.length() ? endless : 1);
+    return _options.frames.value_or(_playback.isEndless() ? 1 : endless);
 }
 
 void RunJob::play()
 {
     const bool printsHere = !_options.prints.empty() && isatty(STDOUT_FILENO) != 0;
     const std::uint64_t limit = frameLimit();
-    Progress progress(std::min(limit, _playback.length().value_or(limit)), !_options.quiet && !printsHere);
+    std::optional<std::uint64_t> total = _playback.length();
+    if (limit != endless)
+        total = std::min(limit, total.value_or(limit));
+    _progress = std::make_unique<Progress>(total, !_options.quiet && !printsHere);
     _meters = std::make_unique<Meters>(*_engine);
     if (_options.live)
-        _run = std::make_unique<LiveRun>(*_engine, _playback, _outputs, *_meters, progress, limit);
+        _run = std::make_unique<LiveRun>(*_engine, _playback, _outputs, *_meters, *_progress, limit);
     else
-        _run = std::make_unique<Lockstep>(*_clock, *_engine, _playback, _outputs, *_meters, progress, limit);
+        _run =
+            std::make_unique<Lockstep>(*_clock, *_engine, _playback, _outputs, *_meters, *_progress, limit);
 
     const auto began = Meters::Clock::now();
     const auto ended = [this, began] {
         _engine->stopScheduler();
+        _progress->clear();
         _seconds = std::chrono::duration<double>(Meters::Clock::now() - began).count();
     };
     try {

@@ -40,6 +40,7 @@ private:
     std::optional<RecordingClock> _clock; // in lockstep
     Outputs _outputs;
     std::unique_ptr<Meters> _meters;
+    std::unique_ptr<Progress> _progress;
     std::unique_ptr<ZR::Corvale::Corvale> _engine; // ends first: its workers use what stands above
     std::unique_ptr<Run> _run;
     double _seconds = 0.0; // real time of the run

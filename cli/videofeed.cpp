@@ -35,6 +35,11 @@ VideoFeed::VideoFeed(const std::string& path)
                       "\": it is neither a video nor a picture that can be decoded");
 }
 
+std::optional<std::uint64_t> VideoFeed::length() const
+{
+    return _declared > 0 ? std::optional<std::uint64_t>(_declared) : std::nullopt;
+}
+
 DataPointer VideoFeed::next(const ZR::Corvale::Type::Time& timestamp)
 {
     if (!_waiting) {

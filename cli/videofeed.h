@@ -14,7 +14,7 @@ public:
 
     DataPointer next(const ZR::Corvale::Type::Time& timestamp) override;
     double rate() const override { return _rate; }
-    std::optional<std::uint64_t> length() const override { return _declared; }
+    std::optional<std::uint64_t> length() const override;
 
 private:
     void checkEnd() const;
@@ -22,7 +22,7 @@ private:
     const std::string _path;
     cv::VideoCapture _capture;
     double _rate;
-    std::uint64_t _declared; // frames, an estimate in some formats
+    std::uint64_t _declared; // frames, an estimate in some formats; 0 if unknown
     std::uint64_t _given = 0;
     bool _waiting; // whether a next frame is there
 };
