@@ -18,6 +18,8 @@
 #include "corvale/filters/multiplex.h"
 #include "corvale/filters/multiply.h"
 #include "corvale/filters/print.h"
+#include "corvale/filters/slidingwindow.h"
+#include "corvale/filters/snn.h"
 #include "corvale/filters/sub.h"
 #include "corvale/filters/threshold.h"
 
@@ -35,10 +37,10 @@ boost::shared_ptr<Filter> make()
 
 // One line a filter. The order is that of registration.
 boost::shared_ptr<Filter> (*const makers[])() = {
-    make<Accum>,     make<Add>,       make<Append>, make<Apply>,     make<Curry>,
-    make<Dispatch>,  make<Duplicate>, make<Head>,   make<Identity>,  make<Invert>,
-    make<Luminance>, make<Mask>,      make<Max>,    make<Min>,       make<Multiplex>,
-    make<Multiply>,  make<Print>,     make<Sub>,    make<Threshold>,
+    make<Accum>,    make<SlidingWindow>, make<Add>,       make<Append>,    make<Apply>,    make<Curry>,
+    make<Dispatch>, make<Duplicate>,     make<Head>,      make<Identity>,  make<Invert>,   make<Luminance>,
+    make<Mask>,     make<Max>,           make<Min>,       make<Multiplex>, make<Multiply>, make<Print>,
+    make<SNN>,      make<Sub>,           make<Threshold>,
 };
 
 constexpr int mandatoryFilters = 8; // Mandatory1 to Mandatory8
