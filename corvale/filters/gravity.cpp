@@ -1,0 +1,77 @@
+#include "corvale/filters/gravity.h"
+
+#include "corvale/filters/dataconversion.h"
+#include "corvale/filters/inputguards.h"
+#include "corvale/filters/regionextent.h"
+#include "corvale/filters/regions.h"
+#include "corvale/runtime/port.h"
+#include "rk/log.h"
+
+#include <cstdint>
+
+namespace ZR::Corvale::Filters {
+
+namespace {
+
+const std::string category = rk::log::addCategory("corvale.filter.gravity");
+const InputGuards guards(category, "Gravity",
+                         {Guard::count(1).quietly(), Guard::kind(0, {DataType::LabelImage}).quietly(),
+                          Guard::intact(0), countableLabels()});
+
+// Each pixel is added to a float on its own, and rounded. Up to 2^24 there is nothing to round, and the sum
+// of a run can be added at once.
+class Centre
+{
+public:
+    void addRun(int y, int begin, int end)
+    {
+        constexpr double Exact = 1 << 24;
+        const double pixels = end - begin;
+        const double sumX = (double(begin) + end - 1) * pixels / 2;
+        const double sumY = y * pixels;
+        _pixels += end - begin;
+        if (_sumX + sumX <= Exact && _sumY + sumY <= Exact) {
+            _sumX += static_cast<float>(sumX);
+            _sumY += static_cast<float>(sumY);
+            return;
+        }
+        for (int x = begin; x < end; ++x) {
+            _sumX += static_cast<float>(x);
+            _sumY += static_cast<float>(y);
+        }
+    }
+
+    bool empty() const { return _pixels == 0; }
+    Type::Vector2 mean() const
+    {
+        const auto pixels = static_cast<float>(_pixels);
+        return Type::Vector2(_sumX / pixels, _sumY / pixels);
+    }
+
+private:
+    float _sumX = 0.0f;
+    float _sumY = 0.0f;
+    std::int64_t _pixels = 0;
+};
+
+} // namespace
+
+Gravity::Gravity() : FilterPrimitive("Gravity")
+{
+    accept(_addInput("in"), {DataType::LabelImage});
+    accept(_addOutput("out"), {DataType::Array});
+}
+
+Values Gravity::applyFilter(const Values& inputs, const StringHash&, const StringHash&, long long)
+{
+    if (!guards.admit(inputs))
+        return {};
+    const LabelTable<Centre> centres = measureRegions<Centre>(dataToCvMat(inputs[0]));
+    Values means;
+    for (const Centre& centre : centres.entries())
+        if (!centre.empty())
+            means.push_back(boost::make_shared<Data>(centre.mean()));
+    return one(means);
+}
+
+} // namespace ZR::Corvale::Filters

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "corvale/filter/filterprimitive.h"
+#include "corvale/filters/values.h"
+
+namespace ZR::Corvale::Filters {
+
+/// Counts how often each level occurs.
+///
+/// | port | kind                       | shape and unit                                        | when missing
+/// | | in   | ColorImage, GrayscaleImage | rows x columns                                        | no result
+/// | | out  | Histogram                  | 256 bins, pixels; for colours 3 channels, red first   | | Threads:
+/// thread-safe, keeps no state. Failure: empty result without a word for other kinds, with one error line if
+/// the matrix does not suit its kind.
+class Histogram : public FilterPrimitive
+{
+public:
+    Histogram();
+
+    Values applyFilter(const Values& inputs, const StringHash& processHash, const StringHash& scopeHash,
+                       long long depth) override;
+};
+
+} // namespace ZR::Corvale::Filters

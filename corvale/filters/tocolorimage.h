@@ -1,0 +1,27 @@
+#pragma once
+
+#include "corvale/filter/filterprimitive.h"
+#include "corvale/filters/values.h"
+
+namespace ZR::Corvale::Filters {
+
+/// Shows a value as a picture, as its `toColorImage` does; a colour image passes as it is.
+///
+/// | port | kind                                    | shape and unit                   | when missing |
+/// | in   | ColorImage, BinaryImage, LabelImage,    | rows x columns                   | no result    |
+/// |      | GrayscaleImage, DepthImage, XYZImage    |                                  |              |
+/// |      | AudioBuffer                             |                                  |              |
+/// | out  | ColorImage                              | as in, of default origin; 320 x  |              |
+/// |      |                                         | 240 for an AudioBuffer           |              |
+/// Threads: thread-safe, keeps no state. Failure: empty result without a word for other kinds, with one
+/// error line if there is no payload or the matrix does not suit its kind.
+class ToColorImage : public FilterPrimitive
+{
+public:
+    ToColorImage();
+
+    Values applyFilter(const Values& inputs, const StringHash& processHash, const StringHash& scopeHash,
+                       long long depth) override;
+};
+
+} // namespace ZR::Corvale::Filters
