@@ -5,13 +5,13 @@
 
 namespace ZR::Corvale::Filters {
 
-/// Counts how often each level occurs.
+/// Counts how often each level of each component occurs.
 ///
-/// | port | kind                       | shape and unit                                        | when missing
-/// | | in   | ColorImage, GrayscaleImage | rows x columns                                        | no result
-/// | | out  | Histogram                  | 256 bins, pixels; for colours 3 channels, red first   | | Threads:
-/// thread-safe, keeps no state. Failure: empty result without a word for other kinds, with one error line if
-/// the matrix does not suit its kind.
+/// | port | kind                       | shape and unit                                 | when missing |
+/// | in   | ColorImage, GrayscaleImage | rows x columns                                 | no result    |
+/// | out  | Histogram                  | pixels; 1 or 3 channels of 256 bins, red first |              |
+/// Threads: thread-safe, keeps no state. Failure: empty result without a word for other kinds, with one
+/// error line if the matrix does not suit its kind.
 class Histogram : public FilterPrimitive
 {
 public:

@@ -5,13 +5,13 @@
 
 namespace ZR::Corvale::Filters {
 
-/// Parts a grey image in two: 1 where it is above the level that separates the dark from the bright best, 0
-/// elsewhere. That level has the greatest variance between the classes, after N. Otsu, "A threshold selection
-/// method from gray-level histograms", 1979; of several it is the lowest. An image of one level is above 0 or
-/// not.
+/// Parts a grey image in two: 1 where it is above the level that best separates dark from bright, else 0.
 ///
-/// | port | kind           | shape and unit                 | when missing |
-/// | in   | GrayscaleImage | rows x columns                 | no result    |
+/// That level has the greatest variance between the classes, as in N. Otsu, "A threshold selection method
+/// from gray-level histograms", 1979, and is the lowest of several. It is 0 for an image of one level.
+///
+/// | port | kind           | shape and unit                  | when missing |
+/// | in   | GrayscaleImage | rows x columns                  | no result    |
 /// | out  | BinaryImage    | as in, with its origin; 1 is on |              |
 /// Threads: thread-safe, keeps no state. Failure: empty result without a word for other kinds, with one
 /// error line if the matrix does not suit its kind.

@@ -5,16 +5,16 @@
 
 namespace ZR::Corvale::Filters {
 
-/// Keeps the regions of a certain shape: width over height, both between the centres of the outermost pixels,
-/// one less than in pixels.
+/// Keeps regions of a certain shape: width over height, each the difference between the outermost coordinates
+/// and so one less than the number of pixels.
 ///
-/// | port | kind              | shape and unit                                        | when missing |
-/// | in   | LabelImage, Array | rows x columns; Region2 as elements, others are left out | no result    |
-/// | min  | Float             | the least ratio                                       | no result    |
-/// | max  | Float             | the greatest ratio                                    | no result    |
-/// | out  | that of in        | an image with its origin, the others background; the same elements |  |
-/// In an image a region of one row or one column has the ratio 0, and a label below 0 or above
-/// rows * columns is background. In an array a box without height is left out.
+/// | port | kind              | shape and unit                              | when missing |
+/// | in   | LabelImage, Array | rows x columns; Region2 elements            | no result    |
+/// | min  | Float             | the least ratio that is kept                | no result    |
+/// | max  | Float             | the greatest                                | no result    |
+/// | out  | that of in        | an image with its origin; the same elements |              |
+/// In an image, a region of one row or one column has the ratio 0, and a label below 0 or above
+/// rows * columns is background. From an array, boxes without height and other elements are left out.
 /// Threads: thread-safe, keeps no state. Failure: empty result without a word for other kinds, with one
 /// error line if the matrix does not suit its kind or has more than 65,535 rows or columns.
 class Ratio : public FilterPrimitive
