@@ -1,5 +1,6 @@
 #include "engine/enginetest.h"
 
+#include <boost/algorithm/string/replace.hpp>
 #include <boost/filesystem.hpp>
 
 #include <sys/resource.h>
@@ -31,8 +32,10 @@ struct ProgramFileTest : EngineTest
     }
     std::string path(const std::string& name) const { return (folder / name).string(); }
 
-    void refused(const std::string& path, const std::string& line)
+    // In `line`, @ stands for the path in quotes.
+    void refused(const std::string& path, std::string line)
     {
+        boost::algorithm::replace_all(line, "@", '"' + path + '"');
         log.clear();
         EXPECT_FALSE(engine.loadProgramFromFile(path)) << path;
         EXPECT_THAT(log.messages(rk::log::Error, "corvale.private"), ElementsAre(line));
@@ -42,41 +45,21 @@ struct ProgramFileTest : EngineTest
     const fs::path folder = fs::temp_directory_path() / fs::unique_path();
 };
 
-// A path as the lines show it: in quotes, of which most lines bring a second pair.
-std::string quoted(const std::string& path)
-{
-    return '"' + path + '"';
-}
-
-std::string line(const std::string& path, const std::string& rest)
-{
-    return "loadProgramFromFile(" + quoted(quoted(path)) + "): " + rest;
-}
-
 } // namespace
 
 TEST_F(ProgramFileTest, RefusalsAreByteForByte)
 {
-    const std::string missing = path("missing.fgs");
-    refused(missing, line(missing, quoted(quoted(missing)) + " not found."));
-    refused("", R"(loadProgramFromFile(""""): """" not found.)");
+    refused(path("missing.fgs"), R"(loadProgramFromFile("@"): "@" not found.)");
     fs::create_directory(path("folder.fgs"));
-    refused(path("folder.fgs"),
-            line(path("folder.fgs"), quoted(quoted(path("folder.fgs"))) + " is a directory."));
+    refused(path("folder.fgs"), R"(loadProgramFromFile("@"): "@" is a directory.)");
     ASSERT_EQ(mkfifo(path("pipe.fgs").c_str(), 0600), 0);
-    refused(path("pipe.fgs"),
-            line(path("pipe.fgs"), quoted(quoted(path("pipe.fgs"))) + " is not a regular file."));
-    for (const char* name : {"none", "mixed.Fgs", "fgs", "a.fgs~", "b.SO"})
-        for (int i = 0; i < 2; ++i) {
-            const std::string file = write(name, "source x { 1 }");
-            refused(file, line(file, "invalid file format."));
-        }
-    const std::string odd = write("a&b\".bin", "");
-    const std::string shown = (folder / "a&&b&\".bin").string();
-    refused(odd, line(shown, "invalid file format."));
-    const std::string broken = write("broken.so", "no library");
-    refused(broken, line(broken, "error when performing dynamic loading."));
-    EXPECT_TRUE(engine.loadProgramFromFile(broken)) << "it is marked all the same";
+    refused(path("pipe.fgs"), R"(loadProgramFromFile("@"): "@" is not a regular file.)");
+    for (const char* name : {"none", "none", "mixed.Fgs", "fgs", "a.fgs~", "b.SO"})
+        refused(write(name, "source x { 1 }"), R"(loadProgramFromFile("@"): invalid file format.)");
+    refused(write("a&b\".c", ""),
+            R"(loadProgramFromFile("")" + path("a&&b&\".c") + R"(""): invalid file format.)");
+    refused(write("broken.so", ""), R"(loadProgramFromFile("@"): error when performing dynamic loading.)");
+    EXPECT_TRUE(engine.loadProgramFromFile(path("broken.so"))) << "it is marked all the same";
     EXPECT_THAT(engine.getSources(), IsEmpty());
 }
 
@@ -89,7 +72,8 @@ TEST_F(ProgramFileTest, AFileThatCanNotBeOpenedIsMarkedAllTheSame)
     setrlimit(RLIMIT_NOFILE, &none);
     EXPECT_FALSE(engine.loadProgramFromFile(file));
     setrlimit(RLIMIT_NOFILE, &former);
-    EXPECT_THAT(log.messages(rk::log::Error), ElementsAre(line(file, "\"unable to open " + quoted(file))));
+    EXPECT_THAT(log.messages(rk::log::Error),
+                ElementsAre(R"(loadProgramFromFile("")" + file + R"(""): "unable to open ")" + file + '"'));
     EXPECT_TRUE(engine.loadProgramFromFile(file));
     EXPECT_THAT(engine.getSources(), IsEmpty());
 }
@@ -130,9 +114,8 @@ TEST_F(ProgramFileTest, APlugInIsEnteredOnceAndAlwaysGivesFalse)
     const std::string without = PLUGIN_FOLDER "/plugin_without.so";
     const std::string throwing = PLUGIN_FOLDER "/plugin_throwing.so";
     const std::string adding = PLUGIN_FOLDER "/plugin_adding.so";
-    refused(without,
-            line(without, "corvaleInit(void* Corvale) not found in " + quoted(quoted(without)) + "."));
-    refused(throwing, "loadProgramFromFile(" + quoted(throwing) + "): impossible to perform loading.");
+    refused(without, R"(loadProgramFromFile("@"): corvaleInit(void* Corvale) not found in "@".)");
+    refused(throwing, "loadProgramFromFile(@): impossible to perform loading.");
     log.clear();
     EXPECT_FALSE(engine.loadProgramFromFile(adding));
     EXPECT_THAT(engine.getSources(), ElementsAre("plugged"));
