@@ -1,5 +1,6 @@
 #include "corvale/data/datamatriximage.h"
 #include "corvale/data/truncate.h"
+#include "corvale/filters/divisor.h"
 #include "filters/filterrunner.h"
 #include "filters/images.h"
 
@@ -8,6 +9,7 @@
 #include <climits>
 #include <cmath>
 #include <cstring>
+#include <deque>
 #include <stdexcept>
 #include <vector>
 
@@ -204,6 +206,102 @@ TEST(Accum, StaysAsItIsForAnotherKindOrSize)
     const auto depth = imageOf(Depth, cv::Mat(1, 1, CV_16UC1));
     EXPECT_EQ(dataToCvMat(run.only("Accum", {depth, value(0.5f)})).at<uchar>(0), 100);
     EXPECT_EQ(run.log.count(), 1u);
+}
+
+TEST(Divisor, CutsOffTheFractionOfEveryQuotient)
+{
+    for (unsigned int divisor = 1; divisor < 65536; divisor += 1 + divisor / 64)
+        for (unsigned int number = 0; number < 65536; ++number)
+            ASSERT_EQ(ZR::Corvale::Filters::Divisor(divisor).quotient(ushort(number)), number / divisor);
+}
+
+TEST(SNN, EqualsTheLiteralEvaluation)
+{
+    FilterRunner run;
+    const auto expectLiteral = [&](const cv::Mat& image, int size) {
+        const int reach = size / 2, side = 2 * std::min(reach, 1000) + 1; // beyond any of these images
+        const auto literal = [&](int y, int x, int) {
+            if (std::min(y, x) < reach || y >= image.rows - reach || x >= image.cols - reach)
+                return 0;
+            const int c = at(image, y, x, 0);
+            int sum = c;
+            for (int dy = 0; dy <= reach; ++dy)
+                for (int dx = dy == 0 ? 1 : -reach; dx <= reach; ++dx) {
+                    const int a = at(image, y + dy, x + dx, 0), b = at(image, y - dy, x - dx, 0);
+                    sum += std::abs(c - a) < std::abs(c - b) ? a : b;
+                }
+            return sum / ((side * side - 1) / 2 + 1);
+        };
+        expectImage(run.only("SNN", {imageOf(Gray, image), value(size)}), image.size(), Gray, true, literal);
+    };
+    forEachShape([&](const Shape& shape) {
+        for (const int size : {0, 1, 2, 3, 5, INT_MAX})
+            expectLiteral(shape.random(CV_8UC1), size);
+    });
+    for (const int width : {40, 128 + 22, 300}) // less than a block of pixels, one and several
+        for (const int size : {3, 4, 7, 21, 22, 23}) {
+            expectLiteral(Shape{{width, 25}, true}.random(CV_8UC1), size);
+            expectLiteral(cv::Mat(25, width, CV_8UC1, cv::Scalar(255)), size); // the greatest sums
+        }
+    EXPECT_TRUE(run("SNN", {gray(1), value(-1)}).empty());
+    EXPECT_EQ(run.log.messages(rk::log::Error, "corvale.filter.snn"),
+              std::vector<std::string>{" [Invalid Input] -> Dilation -> ..."});
+}
+
+TEST(SlidingWindow, EqualsTheLiteralEvaluation)
+{
+    for (const DataType kind : {Color, Gray, Depth})
+        for (const int size : {1, 2, 3, 5, 255, 257})
+            forEachShape([&](const Shape& shape) {
+                FilterRunner run;
+                const int divisor = kind == Depth ? size : size % 256;
+                std::deque<cv::Mat> window;
+                for (int frame = 0; frame < 7; ++frame) {
+                    const cv::Mat image = shape.random(matTypeOf(kind));
+                    const auto in = imageOf(kind, image);
+                    const auto out = run.only("SlidingWindow", {in, value(size)});
+                    if (frame == 0) {
+                        EXPECT_EQ(out, in);
+                        window.assign(size, image.clone());
+                    } else {
+                        window.pop_front();
+                        window.push_back(image.clone());
+                        expectImage(out, image.size(), kind, false, [&](int y, int x, int c) {
+                            int sum = 0;
+                            for (const cv::Mat& past : window)
+                                sum += at(past, y, x, c) / divisor;
+                            return sum % (kind == Depth ? 65536 : 256);
+                        });
+                    }
+                    dataToCvMat(out).setTo(77); // reaches neither window nor sums, nor does a change of in
+                    dataToCvMat(in).setTo(55);
+                }
+            });
+}
+
+TEST(SlidingWindow, StaysAsItIsWhileKindSizeOrNumberChange)
+{
+    FilterRunner run;
+    const auto mean = [&](const boost::shared_ptr<Data>& in, int size) {
+        const Values out = run("SlidingWindow", {in, value(size)});
+        return out.empty() ? -1 : int(dataToCvMat(out[0]).at<uchar>(0));
+    };
+    const auto depth = imageOf(Depth, cv::Mat(1, 1, CV_16UC1));
+    EXPECT_EQ(mean(gray(1), 256), -1);
+    EXPECT_EQ(mean(gray(1), -1), -1);
+    EXPECT_EQ(mean(depth, 65536), -1);
+    EXPECT_EQ(mean(gray(100), 3), 100);
+    EXPECT_EQ(mean(gray(200), 3), 33 + 33 + 66);
+    EXPECT_EQ(mean(gray(1, {2, 1}), 3), -1);
+    EXPECT_EQ(run.log.messages(rk::log::Error, "corvale.filter.slidingwindow"),
+              std::vector<std::string>(4, " [Invalid Input] -> SlidingWindow -> ..."));
+    for (const auto& [in, size] : {std::pair(gray(1), 4), std::pair(gray(1), 0), std::pair(depth, 3)})
+        EXPECT_EQ(mean(in, size), -1);
+    EXPECT_EQ(run.log.count(), 4u);
+    EXPECT_EQ(mean(gray(0), 3), 33 + 66 + 0);
+    run.memory.removeProcess(ZR::Corvale::StringHash("process"));
+    EXPECT_EQ(mean(gray(50), 4), 50);
+    EXPECT_EQ(mean(gray(50), 4), 4 * 12);
 }
 
 TEST(DataConversion, SharesPixelsAndThrowsForWhatIsNoImage)
