@@ -23,10 +23,12 @@ namespace ZR::Corvale::Filters {
 /// | in   | Array   | `size` values, read as numbers; what is no number counts as 0   | no result    |
 /// | k    | Integer | neighbours that vote, 1 if below 2; optional                    | 1            |
 /// | out  | Integer | the label of the most votes, the least one of a tie             |              |
-/// Of equal neighbours the first ones in the database count. Neighbours that are not there, because k is
-/// above the number of descriptors, vote for 0. Threads: thread-safe, keeps no state beside the database,
-/// which does not change. Failure: empty result, without a word for an array of another length and for an
-/// empty database with k below 2, with one error line for an array with a missing element.
+/// Of several equally near the first in the database is the nearest; when a nearer one drives out the
+/// farthest of k, it is the first too that goes. Neighbours that are not there, because k is above the number
+/// of descriptors, vote for 0.
+/// Threads: thread-safe, keeps no state beside the database, which does not change. Failure: empty result,
+/// without a word for an array of another length and for an empty database with k below 2, with one error
+/// line for an array with a missing element.
 class KNNClassification : public FilterPrimitive
 {
 public:
@@ -41,8 +43,8 @@ public:
 private:
     bool _loadDataBase(const std::string& path);
     void _addDescriptor(const std::string& text);
-    std::vector<float>
-    _distances(const std::vector<float>& query) const; // squared; at least one a descriptor
+    // Squared; of whole blocks, so there may be more than descriptors.
+    std::vector<float> _distances(const std::vector<float>& query) const;
     int _classify(const std::vector<float>& query, std::size_t k) const;
 
     unsigned int _descriptorSize = 0;

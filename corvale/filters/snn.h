@@ -12,11 +12,12 @@ namespace ZR::Corvale::Filters {
 ///     . c .      a or b, and so for each pair; the upper one, or the left one beside c, if both are
 ///     . . a      equally close
 ///
-/// | port | kind           | shape and unit                                               | when missing |
-/// | in   | GrayscaleImage | rows x columns; the port takes a ColorImage too, the filter none | no result |
-/// | size | Integer        | side of the square in pixels, from 0; 1 more if it is even   | no result    |
-/// | out  | GrayscaleImage | as in, with its origin; where the square sticks out, black   |              |
-/// The port out says BinaryImage, which decides only what it can be joined to.
+/// | port | kind           | shape and unit                                              | when missing |
+/// | in   | GrayscaleImage | rows x columns                                              | no result    |
+/// | size | Integer        | side of the square in pixels, from 0; 1 more if it is even  | no result    |
+/// | out  | GrayscaleImage | as in, with its origin; where the square sticks out, black  |              |
+/// The ports also accept a ColorImage, which gives no result, and promise a BinaryImage: that decides what
+/// they can be joined to.
 /// Threads: thread-safe, keeps no state. Failure: empty result and one error line, which speaks of Dilation.
 class SNN : public FilterPrimitive
 {
