@@ -206,7 +206,7 @@ std::string Data::toString()
 std::string Data::getTypeName(DataType type)
 {
     const auto number = static_cast<std::size_t>(type);
-    return Rows[number < Rows.size() ? number : Invalid].name;
+    return number < Rows.size() ? Rows[number].name : Rows[Invalid].name;
 }
 
 DataType Data::getTypeFromName(const std::string& name)
