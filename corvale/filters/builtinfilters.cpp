@@ -4,10 +4,17 @@
 #include "corvale/filters/add.h"
 #include "corvale/filters/append.h"
 #include "corvale/filters/apply.h"
+#include "corvale/filters/boundingbox.h"
 #include "corvale/filters/curry.h"
+#include "corvale/filters/density.h"
 #include "corvale/filters/dispatch.h"
+#include "corvale/filters/draw.h"
 #include "corvale/filters/duplicate.h"
+#include "corvale/filters/extract.h"
+#include "corvale/filters/gravity.h"
 #include "corvale/filters/head.h"
+#include "corvale/filters/histogram.h"
+#include "corvale/filters/hue.h"
 #include "corvale/filters/identity.h"
 #include "corvale/filters/invert.h"
 #include "corvale/filters/luminance.h"
@@ -17,11 +24,15 @@
 #include "corvale/filters/min.h"
 #include "corvale/filters/multiplex.h"
 #include "corvale/filters/multiply.h"
+#include "corvale/filters/otsu.h"
 #include "corvale/filters/print.h"
+#include "corvale/filters/ratio.h"
+#include "corvale/filters/saturation.h"
 #include "corvale/filters/slidingwindow.h"
 #include "corvale/filters/snn.h"
 #include "corvale/filters/sub.h"
 #include "corvale/filters/threshold.h"
+#include "corvale/filters/tocolorimage.h"
 
 #include <string>
 
@@ -37,10 +48,38 @@ boost::shared_ptr<Filter> make()
 
 // One line a filter. The order is that of registration.
 boost::shared_ptr<Filter> (*const makers[])() = {
-    make<Accum>,    make<SlidingWindow>, make<Add>,       make<Append>,    make<Apply>,    make<Curry>,
-    make<Dispatch>, make<Duplicate>,     make<Head>,      make<Identity>,  make<Invert>,   make<Luminance>,
-    make<Mask>,     make<Max>,           make<Min>,       make<Multiplex>, make<Multiply>, make<Print>,
-    make<SNN>,      make<Sub>,           make<Threshold>,
+    make<Accum>,
+    make<SlidingWindow>,
+    make<Add>,
+    make<Append>,
+    make<Apply>,
+    make<BoundingBox>,
+    make<Curry>,
+    make<Density>,
+    make<Dispatch>,
+    make<Draw>,
+    make<Duplicate>,
+    make<Extract>,
+    make<Gravity>,
+    make<Head>,
+    make<Histogram>,
+    make<Hue>,
+    make<Identity>,
+    make<Invert>,
+    make<Luminance>,
+    make<Mask>,
+    make<Max>,
+    make<Min>,
+    make<Multiplex>,
+    make<Multiply>,
+    make<Otsu>,
+    make<Print>,
+    make<Ratio>,
+    make<Saturation>,
+    make<SNN>,
+    make<Sub>,
+    make<Threshold>,
+    make<ToColorImage>,
 };
 
 constexpr int mandatoryFilters = 8; // Mandatory1 to Mandatory8

@@ -52,10 +52,12 @@ inline int matTypeOf(DataType kind)
     return type;
 }
 
-/// One component, of 8 or 16 bits.
+/// One component, of 8, 16 or 32 bits.
 inline int at(const cv::Mat& matrix, int y, int x, int component)
 {
     const int i = x * matrix.channels() + component;
+    if (matrix.depth() == CV_32S)
+        return matrix.ptr<int>(y)[i];
     return matrix.depth() == CV_8U ? matrix.ptr<uchar>(y)[i] : matrix.ptr<ushort>(y)[i];
 }
 
