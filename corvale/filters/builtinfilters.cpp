@@ -7,16 +7,21 @@
 #include "corvale/filters/boundingbox.h"
 #include "corvale/filters/curry.h"
 #include "corvale/filters/density.h"
+#include "corvale/filters/dilation.h"
 #include "corvale/filters/dispatch.h"
 #include "corvale/filters/draw.h"
 #include "corvale/filters/duplicate.h"
+#include "corvale/filters/erosion.h"
 #include "corvale/filters/extract.h"
+#include "corvale/filters/geodesic.h"
 #include "corvale/filters/gravity.h"
 #include "corvale/filters/head.h"
 #include "corvale/filters/histogram.h"
 #include "corvale/filters/hue.h"
 #include "corvale/filters/identity.h"
+#include "corvale/filters/improvedlabelize.h"
 #include "corvale/filters/invert.h"
+#include "corvale/filters/labelize.h"
 #include "corvale/filters/luminance.h"
 #include "corvale/filters/mandatory.h"
 #include "corvale/filters/mask.h"
@@ -28,6 +33,7 @@
 #include "corvale/filters/print.h"
 #include "corvale/filters/ratio.h"
 #include "corvale/filters/saturation.h"
+#include "corvale/filters/scaledown.h"
 #include "corvale/filters/slidingwindow.h"
 #include "corvale/filters/snn.h"
 #include "corvale/filters/sub.h"
@@ -56,16 +62,21 @@ boost::shared_ptr<Filter> (*const makers[])() = {
     make<BoundingBox>,
     make<Curry>,
     make<Density>,
+    make<Dilation>,
     make<Dispatch>,
     make<Draw>,
     make<Duplicate>,
+    make<Erosion>,
     make<Extract>,
+    make<Geodesic>,
     make<Gravity>,
     make<Head>,
     make<Histogram>,
     make<Hue>,
     make<Identity>,
     make<Invert>,
+    make<Labelize>,
+    make<ImprovedLabelize>,
     make<Luminance>,
     make<Mask>,
     make<Max>,
@@ -76,6 +87,7 @@ boost::shared_ptr<Filter> (*const makers[])() = {
     make<Print>,
     make<Ratio>,
     make<Saturation>,
+    make<ScaleDown>,
     make<SNN>,
     make<Sub>,
     make<Threshold>,

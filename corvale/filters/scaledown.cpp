@@ -1,0 +1,98 @@
+#include "corvale/filters/scaledown.h"
+
+#include "corvale/filters/dataconversion.h"
+#include "corvale/filters/inputguards.h"
+#include "corvale/filters/vectorised.h"
+#include "corvale/runtime/port.h"
+#include "rk/log.h"
+
+#include <cstring>
+
+namespace ZR::Corvale::Filters {
+
+namespace {
+
+const std::string category = rk::log::addCategory("corvale.filter.scaleDown");
+const Kinds kinds{DataType::ColorImage, DataType::BinaryImage, DataType::DepthImage, DataType::GrayscaleImage,
+                  DataType::LabelImage};
+const InputGuards factorGuards(category, "ScaleDown",
+                               {Guard::count(2).quietly(), Guard::kind(1, {DataType::Integer}).quietly()});
+const InputGuards imageGuards(category, "ScaleDown", {Guard::kind(0, kinds), Guard::intact(0)});
+
+template <typename Pixel>
+void halveRow(const Pixel* in, std::size_t pixels, Pixel* out)
+{
+    for (std::size_t i = 0; i < pixels; ++i)
+        out[i] = in[2 * i];
+}
+
+// Four bytes are copied faster than three. The next pixel takes the place of the fourth.
+void halveColours(const uchar* in, std::size_t pixels, uchar* out)
+{
+    for (; pixels > 1; --pixels, in += 6, out += 3)
+        std::memcpy(out, in, 4);
+    std::memcpy(out, in, 3);
+}
+
+// Every second pixel of every second row, for which OpenCV would look up each place.
+cv::Mat halved(const cv::Mat& image)
+{
+    cv::Mat result(image.rows / 2, image.cols / 2, image.type());
+    const auto halve = [](const cv::Mat* image, cv::Mat* result) {
+        const std::size_t pixels = static_cast<std::size_t>(result->cols);
+        for (int y = 0; y < result->rows; ++y)
+            switch (image->elemSize()) {
+            case 1:
+                halveRow(image->ptr<uchar>(2 * y), pixels, result->ptr<uchar>(y));
+                break;
+            case 2:
+                halveRow(image->ptr<ushort>(2 * y), pixels, result->ptr<ushort>(y));
+                break;
+            case 3:
+                halveColours(image->ptr(2 * y), pixels, result->ptr(y));
+                break;
+            default:
+                halveRow(image->ptr<int>(2 * y), pixels, result->ptr<int>(y));
+            }
+    };
+    runVectorised(halve, &image, &result);
+    return result;
+}
+
+boost::shared_ptr<Data> scaledDown(const boost::shared_ptr<Data>& image, int factor)
+{
+    boost::shared_ptr<Data> result;
+    visitImageClass(image->getType(), [&](auto imageClass) {
+        using Image = typename decltype(imageClass)::type;
+        result = boost::make_shared<Data>(payload<Image>(image)->scaleDown(factor));
+    });
+    return result;
+}
+
+} // namespace
+
+ScaleDown::ScaleDown() : FilterPrimitive("ScaleDown")
+{
+    accept(_addInput("in"), kinds);
+    accept(_addInput("factor"), {DataType::Integer});
+    _addOutput("out");
+}
+
+Values ScaleDown::applyFilter(const Values& inputs, const StringHash&, const StringHash&, long long)
+{
+    if (!factorGuards.admit(inputs))
+        return {};
+    const int factor = number<int>(inputs[1]);
+    if (factor < 1)
+        return one(inputs[0]);
+    if (!imageGuards.admit(inputs))
+        return {};
+    const cv::Mat image = dataToCvMat(inputs[0]);
+    if (factor > image.rows || factor > image.cols)
+        return imageGuards.refuse();
+    if (factor == 2 && image.rows % 2 == 0 && image.cols % 2 == 0)
+        return one(cvMatToData(halved(image), inputs[0]->getType(), inputs[0]));
+    return one(scaledDown(inputs[0], factor));
+}
+
+} // namespace ZR::Corvale::Filters
