@@ -44,16 +44,24 @@ std::vector<Row> rows()
         {"BoundingBox", "in[LabelImage]", "out[Array] inputSize[Vector2]", {label}},
         {"Curry", "fun[Lambda] param[Array]", "out", {lambda, array}},
         {"Density", "in[LabelImage] min[Integer] max[Integer]", "out[LabelImage]", {label, value(1), value(9)}},
+        {"Dilation", "in[BinaryImage GrayscaleImage DepthImage] size[Integer]", "out[BinaryImage GrayscaleImage DepthImage]", {binary, value(3)}},
         {"Dispatch", "optional in state[Boolean]", "ontrue onfalse", {color, value(true)}},
         {"Draw", "in data optional color", "out", {color, array, value("red")}},
         {"Duplicate", "in", "left right", {color}},
+        {"Erosion", "in[BinaryImage GrayscaleImage DepthImage] size[Integer]", "out[BinaryImage GrayscaleImage DepthImage]", {binary, value(3)}},
         {"Extract", "in[ColorImage] region[Region2]", "out[ColorImage]", {color, value(Type::Region2(0, 0, 1, 1))}},
+        {"Geodesic", "in[LabelImage]", "out[LabelImage]", {label}},
         {"Gravity", "in[LabelImage]", "out[Array]", {label}},
         {"Head", "in[Array]", "out", {array}},
         {"Histogram", "in[ColorImage GrayscaleImage]", "out", {color}},
         {"Hue", "in[ColorImage] color[Integer]", "out[GrayscaleImage]", {color, value(1)}},
         {"Identity", "in", "out", {color}},
         {"Invert", "in[Boolean ColorImage GrayscaleImage BinaryImage]", "out", {color}},
+        {"Labelize", "in[BinaryImage DepthImage GrayscaleImage] optional tolerance[Integer]", "out[LabelImage]", {binary, value(0)}},
+        {"ImprovedLabelize",
+         "inputImage[BinaryImage DepthImage GrayscaleImage] optional tolerance[Integer] kernel[Integer] min[Float] max[Float]",
+         "labelizedImage[LabelImage] dilatedImage[BinaryImage DepthImage GrayscaleImage]",
+         {binary, value(0), value(3), value(0.0f), value(1.0f)}},
         {"Luminance", "in[ColorImage]", "out[GrayscaleImage]", {color}},
         {"Mask", "mask[BinaryImage] in[ColorImage GrayscaleImage LabelImage DepthImage BinaryImage XYZImage]",
          "out", {binary, color}},
@@ -65,6 +73,7 @@ std::vector<Row> rows()
         {"Print", "optional in", "out", {color}},
         {"Ratio", "in[LabelImage Array] min[Float] max[Float]", "out", {label, value(0.0f), value(9.0f)}},
         {"Saturation", "in[ColorImage]", "out[GrayscaleImage]", {color}},
+        {"ScaleDown", "in[ColorImage BinaryImage DepthImage GrayscaleImage LabelImage] factor[Integer]", "out", {color, value(1)}},
         {"SNN", "in[GrayscaleImage ColorImage] size[Integer]", "out[BinaryImage]", {gray, value(3)}},
         {"Sub", operands("ColorImage GrayscaleImage DepthImage"), "out", {gray, gray}},
         {"Threshold", "in[ColorImage DepthImage GrayscaleImage] ceil[Integer]", "out[BinaryImage]", {gray, value(1)}},
@@ -108,7 +117,8 @@ TEST(BuiltinFilters, StandInTheirOrderWithTheirPorts)
 
 std::string categoryOf(const std::string& filter)
 {
-    static const std::map<std::string, std::string> others = {{"SlidingWindow", "slidingwindow"}, {"SNN", "snn"}};
+    static const std::map<std::string, std::string> others = {
+        {"SlidingWindow", "slidingwindow"}, {"SNN", "snn"}, {"ImprovedLabelize", "labelize"}};
     const auto other = others.find(filter);
     const std::string usual = char(std::tolower(filter[0])) + filter.substr(1);
     return "corvale.filter." + (other != others.end() ? other->second : usual);
@@ -124,7 +134,8 @@ protected:
         const Values outputs = run(row.name, inputs);
         const auto lines = run.log.messages(rk::log::Error);
         EXPECT_EQ(run.log.messages(rk::log::Error, category), lines);
-        const std::string word = row.name == "SNN" ? "Dilation" : row.name;
+        const bool grown = row.name == "ImprovedLabelize" && !outputs.empty(); // but not labelled
+        const std::string word = row.name == "SNN" ? "Dilation" : grown ? "Labelize" : row.name;
         refused = lines == std::vector<std::string>{" [Invalid Input] -> " + word + " -> ..."};
         EXPECT_TRUE(refused || lines.empty());
         return std::any_of(outputs.begin(), outputs.end(), [](const auto& output) { return bool(output); });
@@ -138,6 +149,7 @@ protected:
 
     const Row row = GetParam();
     const std::string category = categoryOf(row.name);
+    const bool labels = row.name == "Labelize" || row.name == "ImprovedLabelize";
     FilterRunner run;
     const std::vector<boost::shared_ptr<Port>>& ports = run.filters[row.name]->getInputs();
     bool refused = false;
@@ -147,7 +159,7 @@ TEST_P(BadInputs, ThatAreMissingGiveNoValue)
 {
     const bool takesFewer = row.name == "Append" || row.name == "Multiplex";
     for (std::size_t i = 0; i < row.good.size(); ++i) {
-        const bool takesNull = takesFewer || (row.name == "Draw" && i == 2);
+        const bool takesNull = takesFewer || (row.name == "Draw" && i == 2) || (labels && i == 1);
         EXPECT_EQ(givesValue(with(i, nullptr)), takesNull) << i;
         EXPECT_EQ(givesValue(Values(row.good.begin(), row.good.begin() + i)), i > 0 && takesFewer) << i;
     }
@@ -168,9 +180,12 @@ TEST_P(BadInputs, OfAKindThatThePortRefusesGiveNoValue)
     for (std::size_t i = 0; i < ports.size(); ++i)
         for (const auto& bad : bads) {
             const DataType kind = bad->getType();
-            // What is no Boolean counts as false; a mask of other bytes is as good as one of bits.
+            // What is no Boolean counts as false, what is no number as 0; a mask of other bytes is as good as
+            // one of bits, and some images grow that get no labels.
             const bool taken =
-                row.name == "Dispatch" ||
+                row.name == "Dispatch" || (labels && i > 0) ||
+                (row.name == "ImprovedLabelize" &&
+                 (kind == DataType::ColorImage || kind == DataType::XYZImage)) ||
                 (row.name == "Mask" && kind <= DataType::GrayscaleImage && kind >= DataType::ColorImage);
             EXPECT_TRUE(ports[i]->isCompatible(kind) || givesValue(with(i, bad)) == taken)
                 << i << " " << Data::getTypeName(kind);
