@@ -6,7 +6,6 @@
 #include "cli/videofeed.h"
 
 #include <boost/filesystem.hpp>
-#include <opencv2/imgcodecs.hpp>
 
 namespace cli {
 
@@ -25,7 +24,7 @@ std::unique_ptr<Feed> Feed::open(const std::string& path)
     }
     if (!fs::is_regular_file(status))
         throw Failure("cannot read \"" + path + "\": it is no file, nor a folder of pictures");
-    if (cv::haveImageReader(path))
+    if (hasPictureEnding(path))
         return std::make_unique<PictureFeed>(path);
     return std::make_unique<VideoFeed>(path);
 }

@@ -13,37 +13,24 @@ protected:
         writeVideo("v.avi", 30, 10.0);
     }
 
-    // One clear line with `part` in it, nothing else, and the exit code for bad input.
-    void expectFault(const std::string& arguments, const std::string& part) const
+    // One clear line on the errors, nothing on the output, and the exit code for bad input.
+    static void expectFault(const Result& result, const std::string& arguments, const std::string& part)
     {
-        const Result result = run(arguments);
         EXPECT_EQ(result.exitCode, 2) << arguments;
         EXPECT_NE(result.errors.find(part), std::string::npos) << arguments << "\n" << result.errors;
         EXPECT_EQ(support::lines(result.errors), 1) << arguments << "\n" << result.errors;
         EXPECT_EQ(result.output, "") << arguments;
     }
+    void expectFaults(const std::string& table) const
+    {
+        for (const auto& [arguments, part] : rows(table))
+            expectFault(run(arguments), arguments, part);
+    }
 };
 
 TEST_F(CliFaults, WrongArgumentsAreNamedWithTheirRemedy)
 {
-    expectFault("", "PROGRAM is required");
-    expectFault("p.fgs --nonsense", "--nonsense");
-    expectFault("p.fgs --frames 0", "--frames");
-    expectFault("p.fgs --live --threads 0", "--threads");
-    expectFault("missing.fgs", "no such file");
-    expectFault("p.fgs --feed in", "NAME=PATH");
-    expectFault("p.fgs --feed in=v.avi --feed in=v.avi", "fed twice");
-    expectFault("p.fgs --feed cam=v.avi", "sources: in, other");
-    expectFault("p.fgs --feed p:cam=v.avi", "its sources: in");
-    expectFault("p.fgs --feed q:in=v.avi", "processes: n, p");
-    expectFault("p.fgs --feed in=value:nothing", "give true, false, a number");
-    expectFault("p.fgs --feed in=v.avi --print p:oot", "its sinks: out");
-    expectFault("p.fgs --feed in=v.avi --print q:out", "processes: n, p");
-    expectFault("p.fgs --feed in=v.avi --print p", "PROCESS:SINK");
-    expectFault("p.fgs --feed in=v.avi --save p:out=o.xyz", "give a video");
-    expectFault("p.fgs --feed in=v.avi --save p:out=o.png", "name-%04d.png");
-    expectFault("p.fgs --feed in=v.avi --save p:out=o.avi --save n:out=o.avi", "saved to twice");
-    expectFault("p.fgs --feed in=v.avi --save p:out=./v.avi", "read by this run");
+    expectFaults("wrong_arguments.txt");
     EXPECT_EQ(frames("v.avi").size(), 30u);
 }
 
@@ -51,31 +38,18 @@ TEST_F(CliFaults, FilesThatCannotBeReadEndTheRun)
 {
     shell("head -c 9000 v.avi >cut.avi; head -c 4000 v.avi >zeros.avi; head -c 9000 /dev/zero >>zeros.avi; "
           "echo text >text.avi; mkdir empty mixed kinds");
-    writePicture("mixed/1.png", cv::Mat(4, 4, CV_8UC1, cv::Scalar(1)));
-    writePicture("mixed/2.png", cv::Mat(4, 5, CV_8UC1, cv::Scalar(1)));
-    writePicture("kinds/1.png", cv::Mat(4, 4, CV_8UC1, cv::Scalar(1)));
-    writePicture("kinds/2.png", cv::Mat(4, 4, CV_16UC1, cv::Scalar(1)));
+    writePicture("mixed/1.png", 4, 4, 1);
+    writePicture("mixed/2.png", 5, 4, 1);
+    writePicture("kinds/1.png", 4, 4, 1);
+    writePicture("kinds/2.png", 4, 4, 1, CV_16UC1);
     shell("head -c 60 mixed/1.png >cut.png");
-
-    expectFault("p.fgs --feed in=missing.avi", "no such file");
-    expectFault("p.fgs --feed in=cut.avi", "cut off");
-    expectFault("p.fgs --feed in=text.avi", "neither a video nor a picture");
-    expectFault("p.fgs --feed in=cut.png", "cut off");
-    expectFault("p.fgs --feed in=empty", "holds no pictures");
-    expectFault("p.fgs --feed in=a-%d.png", "no picture fits");
-    expectFault("p.fgs --feed in=/dev/null", "no file");
-    // What comes before the fault is written all the same.
-    expectFault("p.fgs --feed in=mixed --save p:out=mixed.avi", "where the first one is 4 x 4");
-    EXPECT_EQ(frames("mixed.avi").size(), 1u);
-    expectFault("p.fgs --feed in=kinds", "16 bit");
+    expectFaults("unreadable.txt");
+    EXPECT_EQ(frames("mixed.avi").size(), 1u) << "what comes before the fault is written all the same";
 }
 
 TEST_F(CliFaults, FilesThatCannotBeWrittenEndTheRun)
 {
-    const std::string fed = "p.fgs --feed in=v.avi --feed other=value:7 ";
-    expectFault(fed + "--save p:out=none/o.avi", "check the folder");
-    expectFault(fed + "--save p:out=none/o-%d.png", "check the folder");
-    expectFault(fed + "--save n:out=o.avi", "no picture");
+    expectFaults("unwritable.txt");
     EXPECT_FALSE(boost::filesystem::exists(path("o.avi")));
 
     // A limit on the size of files stands for a full disk.
@@ -83,9 +57,7 @@ TEST_F(CliFaults, FilesThatCannotBeWrittenEndTheRun)
         const Result result = shell("trap \"\" XFSZ; ulimit -f 1; corvale run --quiet --frames 9999 p.fgs "
                                     "--feed in=v.avi --feed other=value:\"\\\"" +
                                     std::string(900, 'x') + "\\\"\" --save " + save);
-        EXPECT_EQ(result.exitCode, 2) << save;
-        EXPECT_NE(result.errors.find("make room"), std::string::npos) << save << result.errors;
-        EXPECT_EQ(support::lines(result.errors), 1) << save << result.errors;
+        expectFault(result, save, "make room");
     }
     EXPECT_EQ(shell("corvale run --quiet p.fgs --print n:out >/dev/full").exitCode, 2);
 }
@@ -102,10 +74,11 @@ TEST_F(CliFaults, ProgramThatDoesNotLoadShowsTheEnginesLines)
 TEST_F(CliFaults, FailingFilterEndsTheRunWithOneLine)
 {
     write("add.fgs", "source a { } source b { } process p(Add, 3, 10.0) { left <= a; right <= b; out => o }");
-    writePicture("small.png", cv::Mat(4, 4, CV_8UC1, cv::Scalar(1)));
-    writePicture("large.png", cv::Mat(9, 9, CV_8UC1, cv::Scalar(1)));
+    writePicture("small.png", 4, 4, 1);
+    writePicture("large.png", 9, 9, 1);
     for (const std::string mode : {"", "--live "})
-        expectFault("add.fgs " + mode + "--feed a=small.png --feed b=large.png --print p:o", "failed");
+        expectFault(run("add.fgs " + mode + "--feed a=small.png --feed b=large.png --print p:o"), mode,
+                    "failed");
 }
 
 TEST_F(CliFaults, ClosedPipeAndSignalsEndTheRunWithFinishedFiles)
@@ -116,7 +89,7 @@ TEST_F(CliFaults, ClosedPipeAndSignalsEndTheRunWithFinishedFiles)
     EXPECT_EQ(piped.errors, "");
     EXPECT_EQ(support::lines(piped.output), 2);
 
-    writePicture("a.png", cv::Mat(16, 16, CV_8UC1, cv::Scalar(9)));
+    writePicture("a.png", 16, 16, 9);
     for (const std::string mode : {"", "--live --rate 200"}) {
         // The signal comes once frames have been written.
         const Result result =

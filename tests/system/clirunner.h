@@ -48,6 +48,19 @@ protected:
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, text("out.log"), text("err.log")};
     }
     Result run(const std::string& arguments) const { return shell("corvale run --quiet " + arguments); }
+    bool succeeds(const std::string& arguments) const { return run(arguments).exitCode == 0; }
+    std::string output(const std::string& arguments) const { return run(arguments).output; }
+
+    /// The lines "left => right" of a table beside the tests.
+    static std::vector<std::pair<std::string, std::string>> rows(const std::string& table)
+    {
+        std::vector<std::pair<std::string, std::string>> all;
+        std::ifstream file(CORVALE_TABLES + table);
+        for (std::string line; std::getline(file, line);)
+            all.emplace_back(line.substr(0, line.find(" => ")), line.substr(line.find(" => ") + 4));
+        EXPECT_FALSE(all.empty()) << table;
+        return all;
+    }
 
     std::string path(const std::string& name) const { return (folder / name).string(); }
     std::string text(const std::string& name) const
@@ -67,15 +80,16 @@ protected:
         for (int i = 0; i < frames; ++i)
             writer.write(cv::Mat(16, 32, CV_8UC3, cv::Scalar::all(20 * i % 256)));
     }
-    void writePicture(const std::string& name, const cv::Mat& picture) const
+    /// A picture of one value, the red one in case of colours.
+    void writePicture(const std::string& name, int width, int height, double level, int type = CV_8UC1) const
     {
-        ASSERT_TRUE(cv::imwrite(path(name), picture));
+        const cv::Scalar pixel = type == CV_8UC3 ? cv::Scalar(0, 0, level) : cv::Scalar(level);
+        EXPECT_TRUE(cv::imwrite(path(name), cv::Mat(height, width, type, pixel)));
     }
     /// Empty if there is none.
     cv::Mat picture(const std::string& name) const
     {
-        const bool exists = boost::filesystem::exists(path(name));
-        return exists ? cv::imread(path(name), cv::IMREAD_UNCHANGED) : cv::Mat();
+        return cv::haveImageReader(path(name)) ? cv::imread(path(name), cv::IMREAD_UNCHANGED) : cv::Mat();
     }
     std::vector<cv::Mat> frames(const std::string& name) const
     {
