@@ -23,8 +23,8 @@ struct Shape
         static cv::RNG generator(4711);
         const cv::Size larger(size.width + 5, size.height + 3);
         cv::Mat matrix(part ? larger : size, type);
-        const double greatest = matrix.depth() == CV_8U ? 255 : matrix.depth() == CV_16U ? 65535 : 1e9;
-        const double least = greatest == 1e9 ? -1e9 : 0;
+        const double greatest = matrix.depth() == CV_8U ? 255 : matrix.depth() == CV_16U ? 65535 : 9e8;
+        const double least = greatest == 9e8 ? -9e8 : 0; // integers take no wider range
         if (!matrix.empty())
             generator.fill(matrix, cv::RNG::UNIFORM, least - greatest / 8, greatest + greatest / 8);
         return part ? matrix(cv::Rect(cv::Point(2, 1), size)) : matrix;
