@@ -11,6 +11,7 @@
 
 #include <map>
 #include <string>
+#include <vector>
 
 namespace support {
 
@@ -50,6 +51,16 @@ public:
         const Values outputs = (*this)(filter, inputs);
         EXPECT_EQ(outputs.size(), 1u) << filter;
         return outputs.at(0);
+    }
+
+    /// Whether nothing comes out and the error line of the filter is all that is logged, which is then
+    /// dropped.
+    bool refuses(const std::string& filter, const Values& inputs)
+    {
+        const bool nothing = (*this)(filter, inputs).empty();
+        const auto lines = log.messages();
+        log.clear();
+        return nothing && lines == std::vector<std::string>{" [Invalid Input] -> " + filter + " -> ..."};
     }
 
     LogCapture log;

@@ -11,6 +11,12 @@ namespace support {
 
 using ZR::Corvale::DataType;
 
+constexpr DataType Color = DataType::ColorImage;
+constexpr DataType Gray = DataType::GrayscaleImage;
+constexpr DataType Binary = DataType::BinaryImage;
+constexpr DataType Depth = DataType::DepthImage;
+constexpr DataType Label = DataType::LabelImage;
+
 /// A size, and whether the matrix of that size is part of a larger one.
 struct Shape
 {

@@ -58,17 +58,14 @@ TEST_F(Classification, FindsAndVotesByTheRulesAndGivesNothingForAnotherLength)
     ASSERT_TRUE(create("2", "65", descriptors));
     for (int i = 10; i < 70; ++i)
         EXPECT_EQ(classify({value(100.0f), value(i + 0.5f)}), std::to_string(i));
-    EXPECT_EQ(classify({zero, zero}), "7");
     EXPECT_EQ(classify({zero, zero}, value(-1)), "7");
     EXPECT_EQ(classify({zero, zero}, value(2)), "3");
     EXPECT_EQ(classify({four, four}, value(3)), "3");                 // 9 has taken the slot of 7
     EXPECT_EQ(classify({value("0"), value(true)}, value(2.0f)), "7"); // no numbers: 0, 0 and 1
-    EXPECT_EQ(classify({zero, zero}, value(66)), "0");                // two empty slots: 4 is too far away
-    EXPECT_EQ(classify({zero, zero}, value(INT_MAX)), "0");
-    EXPECT_EQ(classify({farAway, zero}), "7"); // nothing is in reach
+    EXPECT_EQ(classify({zero, zero}, value(INT_MAX)), "0");           // empty slots: 4 is too far away
+    EXPECT_EQ(classify({farAway, zero}), "7");                        // nothing is in reach
     EXPECT_EQ(classify({farAway, zero}, value(2)), "0");
     EXPECT_EQ(classify({zero}), "none");
-    EXPECT_EQ(log.count(rk::log::Error), 0u);
     EXPECT_EQ(classify({zero, nullptr}), "none");
     EXPECT_EQ(log.messages(rk::log::Error).at(0), " [Invalid Input] -> KNNClassification -> ...");
     EXPECT_EQ(engine.getFilterInputs("c"), (std::vector<std::string>{"[Array] in", "optional [Integer] k"}));

@@ -11,8 +11,7 @@ using namespace ZR::Corvale;
 
 namespace {
 
-constexpr DataType Color = DataType::ColorImage;
-constexpr DataType Gray = DataType::GrayscaleImage;
+using support::Color; // not the class
 
 int literalHue(const cv::Mat& image, int row, int column, long long color)
 {
@@ -20,31 +19,34 @@ int literalHue(const cv::Mat& image, int row, int column, long long color)
               blue = at(image, row, column, 2);
     const float x = static_cast<float>(2 * red - green - blue);
     const float y = 1.73f * static_cast<float>(green - blue);
-    long long angle = static_cast<int>(std::atan2(double(y), double(x)) / double(6.29f) * 360.0) - color;
-    while (angle < 0)
-        angle += 360;
-    while (angle > 360)
-        angle -= 360;
+    const int turned = static_cast<int>(std::atan2(double(y), double(x)) / double(6.29f) * 360.0);
+    long long angle = (turned - color) % 360;
+    angle += angle < 0 ? 360 : 0;
     return static_cast<int>(255 - (angle > 180 ? 360 - angle : angle) * 255 / 360);
 }
 
-int literalSaturation(const cv::Mat& image, int y, int x)
-{
-    const int a = at(image, y, x, 0), b = at(image, y, x, 1), c = at(image, y, x, 2);
-    const int greatest = std::max({a, b, c});
-    return greatest == 0 ? 0 : (greatest - std::min({a, b, c})) * 255 / greatest;
-}
-
-TEST(HueAndSaturation, EqualTheLiteralEvaluation)
+TEST(Colours, TurnGreyOrOnByTheLiteralEvaluation)
 {
     FilterRunner run;
-    const auto test = [&](const cv::Mat& image, const std::vector<int>& hues) {
+    const auto test = [&](const cv::Mat& image, const std::vector<int>& numbers) {
         const auto in = imageOf(Color, image);
-        expectImage(run.only("Saturation", {in}), image.size(), Gray, true,
-                    [&](int y, int x, int) { return literalSaturation(image, y, x); });
-        for (const int hue : hues)
-            expectImage(run.only("Hue", {in, value(hue)}), image.size(), Gray, true,
-                        [&](int y, int x, int) { return literalHue(image, y, x, hue); });
+        expectImage(run.only("Saturation", {in}), image.size(), Gray, true, [&](int y, int x, int) {
+            const int a = at(image, y, x, 0), b = at(image, y, x, 1), c = at(image, y, x, 2);
+            const int greatest = std::max({a, b, c});
+            return greatest == 0 ? 0 : (greatest - std::min({a, b, c})) * 255 / greatest;
+        });
+        const auto weighted = [&](int y, int x, int red, int green, int blue) {
+            return red * at(image, y, x, 0) + green * at(image, y, x, 1) + blue * at(image, y, x, 2);
+        };
+        expectImage(run.only("Luminance", {in}), image.size(), Gray, true,
+                    [&](int y, int x, int) { return (weighted(y, x, 66, 128, 25) + 128) >> 8; });
+        for (const int number : numbers) {
+            expectImage(run.only("Hue", {in, value(number)}), image.size(), Gray, true,
+                        [&](int y, int x, int) { return literalHue(image, y, x, number); });
+            expectImage(
+                run.only("Threshold", {in, value(number)}), image.size(), Binary, true,
+                [&](int y, int x, int) { return number >= 0 && weighted(y, x, 1, 1, 1) > 3LL * number; });
+        }
     };
     cv::Mat differences(0, 1, CV_8UC3); // all that there are between components
     for (int a = 0; a < 256; ++a)
@@ -52,9 +54,10 @@ TEST(HueAndSaturation, EqualTheLiteralEvaluation)
             for (const cv::Vec3b& colour : {cv::Vec3b(0, a, b), cv::Vec3b(a, 0, b), cv::Vec3b(a, b, 0)})
                 differences.push_back(colour);
     test(differences, {0, 77});
-    test(cv::Mat(1, 2, CV_8UC3, cv::Scalar(9, 2, 4)), {INT_MIN, INT_MAX});
+    test(cv::Mat(1, 2, CV_8UC3, cv::Scalar(9, 2, 4)), {INT_MIN, 65535, 1 << 24, INT_MAX});
     forEachShape([&](const Shape& shape) {
-        test(shape.random(CV_8UC3), {-1000, -181, -180, -1, 0, 1, 179, 180, 181, 359, 360, 361});
+        test(shape.random(CV_8UC3),
+             {-1000, -181, -180, -1, 0, 1, 2, 100, 179, 180, 181, 254, 255, 359, 360, 361});
     });
 }
 
@@ -108,7 +111,7 @@ TEST(OtsuAndHistogram, EqualTheLiteralEvaluation)
             }
             const int threshold = literalOtsu(literalCounts(image, 0));
             if (gray)
-                expectImage(run.only("Otsu", {in}), image.size(), DataType::BinaryImage, true,
+                expectImage(run.only("Otsu", {in}), image.size(), Binary, true,
                             [&](int y, int x, int) { return at(image, y, x, 0) > threshold; });
         }
     });
@@ -119,17 +122,16 @@ TEST(ToColorImage, GivesWhatTheValueMakesOfItself)
     FilterRunner run;
     const auto color = imageOf(Color, cv::Mat(2, 3, CV_8UC3));
     EXPECT_EQ(run.only("ToColorImage", {color}), color);
-    const auto test = [&](const auto& image) {
-        const auto picture = image->toColorImage();
-        expectImage(run.only("ToColorImage", {value(image)}), image->mat.size(), Color, false,
-                    [&](int y, int x, int c) { return at(picture->mat, y, x, c); });
-    };
-    const Shape shape{{7, 3}, true};
-    test(boost::make_shared<Type::BinaryImage>(shape.random(CV_8UC1)));
-    test(boost::make_shared<Type::LabelImage>(shape.random(CV_32SC1)));
-    test(boost::make_shared<Type::GrayscaleImage>(shape.random(CV_8UC1)));
-    test(boost::make_shared<Type::DepthImage>(shape.random(CV_16UC1)));
-    test(boost::make_shared<Type::XYZImage>(shape.random(CV_32FC3)));
+    for (const DataType kind : {Binary, Label, Gray, Depth, DataType::XYZImage})
+        Filters::visitImageClass(kind, [&](auto imageClass) {
+            using Image = typename decltype(imageClass)::type;
+            const auto in = imageOf(kind, Shape{{7, 3}, true}.random(matTypeOf(kind)));
+            if constexpr (!std::is_same_v<Image, Type::ColorImage>) {
+                const auto picture = Filters::payload<Image>(in)->toColorImage();
+                expectImage(run.only("ToColorImage", {in}), {7, 3}, Color, false,
+                            [&](int y, int x, int c) { return at(picture->mat, y, x, c); });
+            }
+        });
     const auto audio = boost::make_shared<Type::AudioBuffer>(4, 2, 8000, Type::Time(1));
     EXPECT_EQ(dataToCvMat(run.only("ToColorImage", {value(audio)})).size(), cv::Size(320, 240));
 }

@@ -19,11 +19,6 @@ using ZR::Corvale::dataToCvMat;
 
 namespace {
 
-constexpr DataType Color = DataType::ColorImage;
-constexpr DataType Gray = DataType::GrayscaleImage;
-constexpr DataType Binary = DataType::BinaryImage;
-constexpr DataType Depth = DataType::DepthImage;
-
 const int numbers[] = {INT_MIN, -1, 0, 1, 2, 3, 100, 254, 255, 65534, 65535, 65536, 1 << 24, INT_MAX};
 
 // What a filter makes of a component, and of the one in the same place of a second image or of a number.
@@ -79,24 +74,18 @@ TEST(TwoImages, ThatDoNotMatchAreRefused)
     FilterRunner run;
     const Values colors{imageOf(Color, cv::Mat(3, 4, CV_8UC3)), imageOf(Color, cv::Mat(4, 3, CV_8UC3))};
     const Values masks{imageOf(Binary, cv::Mat(3, 4, CV_8UC1)), imageOf(Binary, cv::Mat(4, 3, CV_8UC1))};
-    for (const std::string filter : {"Sub", "Multiply", "Min", "Max"}) {
-        EXPECT_TRUE(run(filter, colors).empty());
-        EXPECT_EQ(run.log.messages(rk::log::Error).back(), " [Invalid Input] -> " + filter + " -> ...");
-    }
+    for (const char* filter : {"Sub", "Multiply", "Min", "Max"})
+        EXPECT_TRUE(run.refuses(filter, colors));
     for (const char* filter : {"Add", "Multiply", "Mask"})
         EXPECT_THROW(run(filter, masks), cv::Exception); // OpenCV's own
     for (const auto& noMask :
-         {imageOf(Depth, cv::Mat(4, 3, CV_16UC1)), colors[1], imageOf(Binary, cv::Mat())}) {
-        EXPECT_TRUE(run("Mask", {noMask, masks[1]}).empty());
-        EXPECT_EQ(run.log.messages(rk::log::Error).back(), " [Invalid Input] -> Mask -> ...");
-    }
-    EXPECT_EQ(run.log.count(), 7u);
+         {imageOf(Depth, cv::Mat(4, 3, CV_16UC1)), colors[1], imageOf(Binary, cv::Mat())})
+        EXPECT_TRUE(run.refuses("Mask", {noMask, masks[1]}));
 }
 
 TEST(Numbers, CombineLikeWithLikeOnly)
 {
     FilterRunner run;
-    EXPECT_EQ(int(*run.only("Add", {value(2), value(5)})), 7);
     EXPECT_EQ(int(*run.only("Add", {value(INT_MAX), value(1)})), INT_MIN);
     EXPECT_EQ(int(*run.only("Sub", {value(INT_MIN), value(1)})), INT_MAX);
     EXPECT_EQ(int(*run.only("Multiply", {value(1 << 30), value(6)})), INT_MIN);
@@ -112,32 +101,15 @@ TEST(Numbers, CombineLikeWithLikeOnly)
              {Values{value(2), value(1.5f)}, {value(2.0), value(1.5f)}, {value(2), gray}})
             EXPECT_TRUE(run(filter, pair).empty());
     EXPECT_TRUE(run("Multiply", {gray, gray}).empty());
-    EXPECT_TRUE(bool(*run.only("Invert", {value(false)})));
-    EXPECT_FALSE(bool(*run.only("Invert", {value(true)})));
+    for (const bool truth : {false, true})
+        EXPECT_EQ(bool(*run.only("Invert", {value(truth)})), !truth);
     EXPECT_EQ(run.log.count(), 0u);
-}
-
-TEST(Colours, BecomeGreyOrOnAsByTheLiteralEvaluation)
-{
-    FilterRunner run;
-    forEachShape([&](const Shape& shape) {
-        const cv::Mat image = shape.random(CV_8UC3);
-        const auto weighted = [&](int y, int x, int red, int green, int blue) {
-            return red * at(image, y, x, 0) + green * at(image, y, x, 1) + blue * at(image, y, x, 2);
-        };
-        expectImage(run.only("Luminance", {imageOf(Color, image)}), image.size(), Gray, true,
-                    [&](int y, int x, int) { return (weighted(y, x, 66, 128, 25) + 128) >> 8; });
-        for (const int ceil : numbers)
-            expectImage(
-                run.only("Threshold", {imageOf(Color, image), value(ceil)}), image.size(), Binary, true,
-                [&](int y, int x, int) { return ceil >= 0 && weighted(y, x, 1, 1, 1) > 3LL * ceil ? 1 : 0; });
-    });
 }
 
 TEST(Mask, KeepsPixelsBitForBitWhereItIsOn)
 {
     FilterRunner run;
-    for (const DataType kind : {Color, Gray, DataType::LabelImage, Depth, Binary, DataType::XYZImage})
+    for (const DataType kind : {Color, Gray, Label, Depth, Binary, DataType::XYZImage})
         for (const DataType maskKind : {Binary, CV_MAT_CN(matTypeOf(kind)) == 3 ? Color : Gray})
             forEachShape([&](const Shape& shape) {
                 cv::Mat image = shape.random(matTypeOf(kind));
@@ -184,28 +156,20 @@ TEST(Accum, EqualsTheLiteralEvaluation)
 TEST(Accum, KeepsACloneOfItsOwnForEachProcessAndScope)
 {
     FilterRunner run;
-    const auto input = gray(100);
-    for (const char* process : {"p", "q"})
-        for (const char* scope : {"s", "t"})
-            EXPECT_EQ(run("Accum", {input, value(0.5f)}, process, scope), Values(1));
+    const auto input = gray(100), half = value(0.5f);
+    for (const char* process : {"p", "process"})
+        for (const char* scope : {"s", "scope"})
+            EXPECT_EQ(run("Accum", {input, half}, process, scope), Values(1));
     dataToCvMat(input).setTo(0); // the averages must not see this
-    const auto average = run("Accum", {gray(200), value(0.5f)}, "p", "s").at(0);
+    const auto average = run("Accum", {gray(200), half}, "p", "s").at(0);
     EXPECT_EQ(dataToCvMat(average).at<uchar>(0), 150);
-    EXPECT_EQ(dataToCvMat(run("Accum", {gray(0), value(0.0f)}, "q", "s").at(0)).at<uchar>(0), 100);
-    EXPECT_EQ(run("Accum", {average, value(0.5f)}, "p", "s").at(0), average); // its own input, and in place
+    EXPECT_EQ(run("Accum", {average, half}, "p", "s").at(0), average); // its own input, and in place
     EXPECT_EQ(dataToCvMat(average).at<uchar>(0), 150);
-}
-
-TEST(Accum, StaysAsItIsForAnotherKindOrSize)
-{
-    FilterRunner run;
-    run("Accum", {gray(100), value(0.5f)});
-    EXPECT_TRUE(run("Accum", {gray(1, {2, 1}), value(0.5f)}).empty());
-    EXPECT_EQ(run.log.messages(rk::log::Error, "corvale.filter.accum"),
-              std::vector<std::string>{" [Invalid Input] -> Accum -> ..."});
+    // It stays as it is for another size or kind.
+    EXPECT_TRUE(run.refuses("Accum", {gray(1, {2, 1}), half}));
     const auto depth = imageOf(Depth, cv::Mat(1, 1, CV_16UC1));
-    EXPECT_EQ(dataToCvMat(run.only("Accum", {depth, value(0.5f)})).at<uchar>(0), 100);
-    EXPECT_EQ(run.log.count(), 1u);
+    EXPECT_EQ(dataToCvMat(run.only("Accum", {depth, half})).at<uchar>(0), 100);
+    EXPECT_EQ(run.log.count(), 0u);
 }
 
 TEST(Divisor, CutsOffTheFractionOfEveryQuotient)
@@ -244,8 +208,7 @@ TEST(SNN, EqualsTheLiteralEvaluation)
             expectLiteral(cv::Mat(25, width, CV_8UC1, cv::Scalar(255)), size); // the greatest sums
         }
     EXPECT_TRUE(run("SNN", {gray(1), value(-1)}).empty());
-    EXPECT_EQ(run.log.messages(rk::log::Error, "corvale.filter.snn"),
-              std::vector<std::string>{" [Invalid Input] -> Dilation -> ..."});
+    EXPECT_EQ(run.log.messages(), std::vector<std::string>{" [Invalid Input] -> Dilation -> ..."});
 }
 
 TEST(SlidingWindow, EqualsTheLiteralEvaluation)
@@ -287,17 +250,14 @@ TEST(SlidingWindow, StaysAsItIsWhileKindSizeOrNumberChange)
         return out.empty() ? -1 : int(dataToCvMat(out[0]).at<uchar>(0));
     };
     const auto depth = imageOf(Depth, cv::Mat(1, 1, CV_16UC1));
-    EXPECT_EQ(mean(gray(1), 256), -1);
-    EXPECT_EQ(mean(gray(1), -1), -1);
-    EXPECT_EQ(mean(depth, 65536), -1);
+    for (const auto& [in, size] : {std::pair(gray(1), 256), std::pair(gray(1), -1), std::pair(depth, 65536)})
+        EXPECT_TRUE(run.refuses("SlidingWindow", {in, value(size)}));
     EXPECT_EQ(mean(gray(100), 3), 100);
     EXPECT_EQ(mean(gray(200), 3), 33 + 33 + 66);
-    EXPECT_EQ(mean(gray(1, {2, 1}), 3), -1);
-    EXPECT_EQ(run.log.messages(rk::log::Error, "corvale.filter.slidingwindow"),
-              std::vector<std::string>(4, " [Invalid Input] -> SlidingWindow -> ..."));
+    EXPECT_TRUE(run.refuses("SlidingWindow", {gray(1, {2, 1}), value(3)}));
     for (const auto& [in, size] : {std::pair(gray(1), 4), std::pair(gray(1), 0), std::pair(depth, 3)})
         EXPECT_EQ(mean(in, size), -1);
-    EXPECT_EQ(run.log.count(), 4u);
+    EXPECT_EQ(run.log.count(), 0u);
     EXPECT_EQ(mean(gray(0), 3), 33 + 66 + 0);
     run.memory.removeProcess(ZR::Corvale::StringHash("process"));
     EXPECT_EQ(mean(gray(50), 4), 50);
@@ -310,17 +270,17 @@ TEST(DataConversion, SharesPixelsAndThrowsForWhatIsNoImage)
     const auto depth = imageOf(Depth, distances);
     EXPECT_EQ(dataToCvMat(depth).data, distances.data);
     EXPECT_EQ(dataToCvMat(cvMatToData(distances, Gray, depth)).data, distances.data);
-    const auto says = [](const char* text) { return testing::ThrowsMessage<std::runtime_error>(text); };
+    const auto noImage = testing::ThrowsMessage<std::runtime_error>("Cannot convert Corvale data to cv::Mat");
+    const auto noOrigin =
+        testing::ThrowsMessage<std::runtime_error>("Cannot convert Corvale Data Corvale Image");
     const auto matrixImage = value(boost::make_shared<ZR::Corvale::Type::MatrixImage>(2, 2));
     const auto hollow = value(boost::shared_ptr<ZR::Corvale::Type::ColorImage>());
     for (const auto& bad : {matrixImage, hollow, value(1), boost::shared_ptr<Data>()}) {
-        EXPECT_THAT([&] { dataToCvMat(bad); }, says("Cannot convert Corvale data to cv::Mat"));
-        EXPECT_THAT([&] { cvMatToData(distances, DataType::Invalid, bad); }, // the reference comes first
-                    says("Cannot convert Corvale Data Corvale Image"));
+        EXPECT_THAT([&] { dataToCvMat(bad); }, noImage);
+        EXPECT_THAT([&] { cvMatToData(distances, DataType::Invalid, bad); }, noOrigin); // which comes first
     }
     for (const DataType type : {DataType::MatrixImage, DataType::Invalid})
-        EXPECT_THAT([&] { cvMatToData(distances, type, depth); },
-                    says("Cannot convert Corvale data to cv::Mat"));
+        EXPECT_THAT([&] { cvMatToData(distances, type, depth); }, noImage);
 }
 
 } // namespace
