@@ -66,6 +66,7 @@ TEST_F(Classification, FindsAndVotesByTheRulesAndGivesNothingForAnotherLength)
     EXPECT_EQ(classify({farAway, zero}), "7");                        // nothing is in reach
     EXPECT_EQ(classify({farAway, zero}, value(2)), "0");
     EXPECT_EQ(classify({zero}), "none");
+    EXPECT_EQ(log.count(rk::log::Error), 0u);
     EXPECT_EQ(classify({zero, nullptr}), "none");
     EXPECT_EQ(log.messages(rk::log::Error).at(0), " [Invalid Input] -> KNNClassification -> ...");
     EXPECT_EQ(engine.getFilterInputs("c"), (std::vector<std::string>{"[Array] in", "optional [Integer] k"}));

@@ -53,7 +53,8 @@ TEST(ScaleDown, TakesTheNearestPixels)
                 const Values inputs{imageOf(kind, image), value(factor)};
                 if (factor > image.cols || factor > image.rows) {
                     EXPECT_TRUE(run("ScaleDown", inputs).empty());
-                    return;
+                    EXPECT_EQ(run.log.messages(rk::log::Error, "corvale.filter.scaleDown").size(), 1u);
+                    return run.log.clear();
                 }
                 const auto result = run.only("ScaleDown", inputs);
                 EXPECT_EQ(result == inputs[0], factor < 1);
