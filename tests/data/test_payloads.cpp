@@ -26,37 +26,24 @@ TEST(Histogram, LooksAtTheBinsOfAChannel)
     float bins[] = {5, 1, 7, 2, 9, 3};
     Type::Histogram histogram(bins, 6, 3);
     EXPECT_EQ(histogram.getChannelSize(), 2u);
-    EXPECT_EQ(histogram.min(1), 1.0f);
-    EXPECT_EQ(histogram.max(1), 9.0f);
-    EXPECT_EQ(histogram.max(2), 7.0f);
-    EXPECT_EQ(histogram.min(), 1.0f);
-    EXPECT_EQ(histogram.max(), 9.0f);
+    EXPECT_TRUE(histogram.min(1) == 1.0f && histogram.max(1) == 9.0f && histogram.max(2) == 7.0f);
+    EXPECT_TRUE(histogram.min() == 1.0f && histogram.max() == 9.0f);
+    EXPECT_TRUE(histogram.min(6) == 0.0f && histogram.max(-1) == 0.0f) << "beyond the bins";
+    EXPECT_EQ(Type::Histogram(bins, 2, 0).max(0), 5.0f);
     histogram.clear();
     EXPECT_EQ(bins[5], 0.0f);
 }
 
 TEST(Histogram, FindsItsGreatestBins)
 {
-    const float tie[] = {1, 3, 3};
-    EXPECT_EQ(Type::Histogram(tie, 3, 1).argmax(), 1u);
-    const float bins[] = {1, 5, 3, 4};
-    const Type::Histogram histogram(bins, 4, 1);
+    const float bins[] = {1, 5, 3, 4, 5};
+    EXPECT_EQ(Type::Histogram(bins, 5, 1).argmax(), 1u);
+    const Type::Histogram histogram(bins, 4, 1), empty(0, 0);
     EXPECT_THAT(histogram.argmax(0), IsEmpty());
-    EXPECT_THAT(histogram.argmax(1), ElementsAre(1));
     EXPECT_THAT(histogram.argmax(3), ElementsAre(1, 3, 2));
     EXPECT_THAT(histogram.argmax(99), ElementsAre(1, 3, 2, 0));
-}
-
-TEST(Histogram, EmptyOnesAndMissingChannelsReadNothing)
-{
-    const Type::Histogram empty(0, 0);
-    EXPECT_EQ(empty.min() + empty.max() + empty.max(0), 0.0f);
-    EXPECT_EQ(empty.argmax(), 0u);
+    EXPECT_EQ(empty.min() + empty.max() + empty.max(0) + empty.argmax(), 0.0f);
     EXPECT_THAT(empty.argmax(3), IsEmpty());
-    const float bins[] = {1, 2};
-    EXPECT_EQ(Type::Histogram(bins, 2, 2).min(2), 0.0f);
-    EXPECT_EQ(Type::Histogram(bins, 2, 2).max(-1), 0.0f);
-    EXPECT_EQ(Type::Histogram(bins, 2, 0).max(0), 1.0f);
 }
 
 TEST(AudioBuffer, CopiesConstSamplesAndWrapsOthers)
@@ -106,9 +93,7 @@ TEST(Human, MissingThingsGiveNothingAndOneWarningWhenRemoved)
     human.setId(4);
     human.setScore("nose", 1.0f); // other tables know nothing of it
     EXPECT_TRUE(std::isnan(human.getScore("smile")));
-    EXPECT_EQ(human.getObject2D("nose"), nullptr);
-    EXPECT_EQ(human.getObject3D("nose"), nullptr);
-    EXPECT_EQ(human.getPropertyData(7), nullptr);
+    EXPECT_FALSE(human.getObject2D("nose") || human.getObject3D("nose") || human.getPropertyData(7));
     EXPECT_FALSE(human.hasScore("smile") || human.hasObject2D("") || human.hasObject3D("") ||
                  human.hasProperty(7));
 

@@ -10,6 +10,8 @@
 
 #include <cmath>
 #include <limits>
+#include <tuple>
+#include <utility>
 
 namespace {
 
@@ -19,16 +21,16 @@ constexpr long long Most = std::numeric_limits<long long>::max();
 constexpr long long Least = std::numeric_limits<long long>::min();
 
 // A slip in one component of one operation shows: the components are all different.
-template <typename V>
-void expectArithmetic(const V& a, const V& b, const V& sum, const V& difference, const V& product,
-                      const V& quotient, float dot)
+template <typename V, std::size_t... I>
+void expectArithmetic(std::index_sequence<I...>)
 {
-    EXPECT_TRUE(a + b == sum);
-    EXPECT_TRUE(a - b == difference);
-    EXPECT_TRUE(a * b == product);
-    EXPECT_TRUE(a / b == quotient);
-    EXPECT_EQ(a.dot(b), dot);
-    EXPECT_FALSE(a == b);
+    const float x[] = {1, 2, 3, 4, 5, 6}, y[] = {4, 8, 2, 1, .5f, 16};
+    const V a(x[I]...), b(y[I]...), sum((x[I] + y[I])...), product((x[I] * y[I])...);
+    EXPECT_TRUE(a + b == sum && a * b == product);
+    EXPECT_TRUE(a - b == V((x[I] - y[I])...) && a / b == V((x[I] / y[I])...));
+    EXPECT_EQ(a.dot(b), (0.0f + ... + (x[I] * y[I])));
+    for (std::size_t other = 0; other < sizeof...(I); ++other)
+        EXPECT_FALSE(a == V((x[I] + (I == other))...));
 
     V changed = a;
     EXPECT_TRUE((changed += b) == sum && changed == sum);
@@ -39,15 +41,10 @@ void expectArithmetic(const V& a, const V& b, const V& sum, const V& difference,
 
 TEST(Vectors, CombineComponentByComponent)
 {
-    expectArithmetic(Vector2(1, 2), Vector2(4, 8), Vector2(5, 10), Vector2(-3, -6), Vector2(4, 16),
-                     Vector2(.25f, .25f), 20);
-    expectArithmetic(Vector3(1, 2, 3), Vector3(4, 8, 2), Vector3(5, 10, 5), Vector3(-3, -6, 1),
-                     Vector3(4, 16, 6), Vector3(.25f, .25f, 1.5f), 26);
-    expectArithmetic(Vector4(1, 2, 3, 4), Vector4(4, 8, 2, 1), Vector4(5, 10, 5, 5), Vector4(-3, -6, 1, 3),
-                     Vector4(4, 16, 6, 4), Vector4(.25f, .25f, 1.5f, 4), 30);
-    expectArithmetic(Vector6(1, 2, 3, 4, 5, 6), Vector6(4, 8, 2, 1, .5f, 16), Vector6(5, 10, 5, 5, 5.5f, 22),
-                     Vector6(-3, -6, 1, 3, 4.5f, -10), Vector6(4, 16, 6, 4, 2.5f, 96),
-                     Vector6(.25f, .25f, 1.5f, 4, 10, .375f), 128.5f);
+    expectArithmetic<Vector2>(std::make_index_sequence<2>());
+    expectArithmetic<Vector3>(std::make_index_sequence<3>());
+    expectArithmetic<Vector4>(std::make_index_sequence<4>());
+    expectArithmetic<Vector6>(std::make_index_sequence<6>());
 }
 
 TEST(Vectors, DifferFromThemselvesWhenNoNumber)
@@ -60,16 +57,11 @@ TEST(Vectors, DifferFromThemselvesWhenNoNumber)
 
 TEST(Time, NowReadsTheClockOfTheHost)
 {
-    rk::os::setClock([](timeval* now) {
-        *now = {1'600'000'000, 999'999};
-        return 0;
-    });
-    EXPECT_EQ(Time::now().getTotalMicroseconds(), 1'600'000'000'999'999);
-    rk::os::setClock([](timeval* now) {
-        *now = {Most, 7};
-        return 0;
-    });
-    EXPECT_EQ(Time::now().getTotalMicroseconds(), 7 - 1'000'000);
+    for (const auto& [seconds, micro, now] :
+         {std::tuple(1'600'000'000LL, 999'999, 1'600'000'000'999'999LL), {Most, 7, 7 - 1'000'000LL}}) {
+        rk::os::setClock([s = seconds, u = micro](timeval* time) { return *time = {s, u}, 0; });
+        EXPECT_EQ(Time::now().getTotalMicroseconds(), now);
+    }
     rk::os::setClock(nullptr);
 }
 

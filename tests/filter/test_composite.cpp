@@ -1,10 +1,9 @@
+#include "filter/expectedtext.h"
 #include "support/graph.h"
 
 #include "corvale/filter/filtercomposite.h"
 
 #include <gtest/gtest.h>
-
-#include <fstream>
 
 using namespace support;
 
@@ -76,8 +75,8 @@ TEST_F(Composite, AbortsInsideWhenItIsAskedForNothing)
 
 TEST_F(Composite, RefusesWrongNumbersAndNames)
 {
-    EXPECT_TRUE(composite->applyFilter(Values(1), p, p, 0).empty());
-    EXPECT_TRUE(composite->applyFilter(Values(3), p, p, 0).empty());
+    for (const int inputs : {1, 3})
+        EXPECT_TRUE(composite->applyFilter(Values(inputs), p, p, 0).empty());
     EXPECT_FALSE(composite->addNode(graph.node("add", pass)));
     EXPECT_FALSE(composite->exportInput("x", "in", "in") || composite->exportOutput("x", "out", "out") ||
                  composite->exportInput("add", "x", "x") || composite->exportInput("add", "", "x") ||
@@ -97,19 +96,15 @@ TEST(Dump, OpensLevelByLevel)
     const auto a = graph.node("a", probe("F", "in")), b = graph.node("b", probe("F", "in"), {a});
     EXPECT_TRUE(composite.addNode(b) && composite.addNode(a));
     EXPECT_TRUE(composite.exportInput("a", "in", "x") && composite.exportOutput("b", "out", "y"));
-    const auto expected = [](const char* name) {
-        std::ifstream file(std::string(EXPECTED_DUMPS) + name);
-        return std::string(std::istreambuf_iterator<char>(file), {});
-    };
     const auto dump = [](const Filter& filter, int depth) {
         long counter = 0;
         return inOrder({filter.dumpToDot(counter, depth), std::to_string(counter), "\n"});
     };
-    EXPECT_EQ(dump(composite, 0), expected("closed.txt"));
-    EXPECT_EQ(dump(composite, 1), expected("nodes.txt"));
+    EXPECT_EQ(dump(composite, 0), expectedText("closed.txt"));
+    EXPECT_EQ(dump(composite, 1), expectedText("nodes.txt"));
     for (const int depth : {2, 3, -1})
-        EXPECT_EQ(dump(composite, depth), expected("open.txt"));
-    EXPECT_EQ(dump(*a->getFilter(), 5), expected("primitive.txt"));
+        EXPECT_EQ(dump(composite, depth), expectedText("open.txt"));
+    EXPECT_EQ(dump(*a->getFilter(), 5), expectedText("primitive.txt"));
 }
 
 } // namespace

@@ -28,10 +28,8 @@ std::string apply(Lambda& lambda, const std::vector<int>& parameters = {})
 boost::shared_ptr<Lambda> row(const std::string& inputs)
 {
     return Lambda::createLambda(probe("row", inputs, "out", [](const Values& in) {
-        std::string text;
-        for (const Value& value : in)
-            text += show(value);
-        return Values{boost::make_shared<Data>(text)};
+        const auto append = [](const std::string& text, const Value& value) { return text + show(value); };
+        return Values{boost::make_shared<Data>(std::accumulate(in.begin(), in.end(), std::string(), append))};
     }));
 }
 
@@ -44,11 +42,8 @@ TEST(Lambda, CurryBindsEverySecondFreeInput)
         std::vector<Values> curries;
         const char* result; // of an application to 1, 2, 3, 4
     } rows[] = {{"a", {{nine}}, "9"},
-                {"a b", {{nine}}, "91"},
-                {"a b", {{nine}, {eight}}, "98"},
                 {"a b c", {{nine, eight}}, "919"}, // the second is not read
                 {"a b c", {{nine}, {eight}}, "989"},
-                {"a b c d", {{nine}}, "9192"},
                 {"a b c d", {{nine}, {eight}}, "9898"}, // a bound input is one step, so b and d are met
                 {"a b", {{nullptr, nine}, Values()}, "12"},
                 {"", {{nine}}, ""}};

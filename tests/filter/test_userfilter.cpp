@@ -1,3 +1,4 @@
+#include "filter/expectedtext.h"
 #include "support/graph.h"
 
 #include "corvale/data/datalambda.h"
@@ -33,37 +34,23 @@ struct HostFilter : UserFilter
 
 TEST(FilterAdapter, ReadsDeclarations)
 {
-    const std::string untyped = "\n5 Missing type declaration for input ", of = " of filter Host";
-    const std::string unread = "\n2 Can't parse input declaration (", unknown = "\n2 Invalid input type ";
-    const struct
-    {
-        std::string declaration, port; // its name and types, an optional one with "?"
-        std::string lines;
-    } rows[] = {{"in", "in", untyped + "in" + of},
-                {"in[Float Integer]", "in Float Integer", ""},
-                {"optional  in", "?in", untyped + "optional  in" + of},
-                {" optional in [ Float ]", "?in Float", ""},
-                {"optional[Float]", "optional Float", ""},
-                {"in[]", "in", untyped + "in" + of},
-                {"in[Foo Float float]", "in Float",
-                 unknown + "Foo for port in" + of + unknown + "float for port in" + of},
-                {"required in", "", untyped + "required in" + of + unread + "required in)"},
-                {"a[Float][Integer]", "", unread + "a[Float][Integer])"},
-                {"optional a b[Float]", "", unread + "optional a b[Float])"},
-                {"", "", unread + ")"}};
     Graph graph;
     const auto filter = boost::make_shared<HostFilter>();
-    for (const auto& row : rows) {
-        filter->inputs = {row.declaration};
-        std::string shown;
+    std::string seen; // of each declaration its port, an optional one with "?", and the lines logged
+    for (const char* declaration :
+         {"in", "in[Float Integer]", "optional  in", " optional in [ Float ]", "optional[Float]", "in[]",
+          "in[Foo Float float]", "required in", "a[Float][Integer]", "optional a b[Float]", ""}) {
+        filter->inputs = {declaration};
+        seen += '"' + filter->inputs[0] + "\" ->";
         const FilterAdapter adapter(filter);
         for (const auto& port : adapter.getInputs()) {
-            shown = (port->isOptional() ? "?" : "") + port->getName();
+            seen += (port->isOptional() ? " ?" : " ") + port->getName();
             for (const DataType type : port->getTypes())
-                shown += " " + Data::getTypeName(type);
+                seen += " " + Data::getTypeName(type);
         }
-        EXPECT_EQ(shown + graph.state(), row.port + row.lines) << row.declaration;
+        seen += graph.state() + "\n";
     }
+    EXPECT_EQ(seen, expectedText("declarations.txt"));
     filter->inputs.clear();
     filter->outputs = {"x", "a b", "", " y "};
     const FilterAdapter adapter(filter);

@@ -13,10 +13,8 @@ namespace {
 
 TEST(StringHash, IsTheSameNumberEverywhere)
 {
-    EXPECT_EQ(StringHash("")._hash, 0u);
     EXPECT_EQ(StringHash("a")._hash, 0x9e377a1au);
     EXPECT_EQ(StringHash("\xff")._hash, 0x9e3779b8u); // characters are signed
-    EXPECT_EQ(StringHash("process p")._hash, 0x150ec12268fa40f6u);
     EXPECT_EQ(StringHash::extended(StringHash("p__0"), "x1a2b\xc3\xa9")._hash, 0x8181e11c0b1a1fdau);
 }
 

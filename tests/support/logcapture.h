@@ -2,7 +2,6 @@
 
 #include "rk/log.h"
 
-#include <algorithm>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -49,15 +48,6 @@ public:
     }
 
     std::size_t count(int level = 0) const { return messages(level).size(); }
-
-    /// Whether a line has this text somewhere.
-    bool contains(const std::string& text, int level = 0) const
-    {
-        const std::vector<std::string> all = messages(level);
-        return std::any_of(all.begin(), all.end(), [&text](const std::string& message) {
-            return message.find(text) != std::string::npos;
-        });
-    }
 
     void clear()
     {
