@@ -29,11 +29,6 @@ inline std::string text(const Value& data)
     return data ? data->toString() : "null";
 }
 
-inline std::size_t elements(const Value& array)
-{
-    return array ? std::vector<Value>(*array).size() : 0;
-}
-
 inline std::string joined(const std::vector<std::string>& names)
 {
     return boost::algorithm::join(names, " ");

@@ -89,7 +89,8 @@ protected:
     /// Empty if there is none.
     cv::Mat picture(const std::string& name) const
     {
-        return cv::haveImageReader(path(name)) ? cv::imread(path(name), cv::IMREAD_UNCHANGED) : cv::Mat();
+        return boost::filesystem::exists(path(name)) ? cv::imread(path(name), cv::IMREAD_UNCHANGED)
+                                                     : cv::Mat();
     }
     std::vector<cv::Mat> frames(const std::string& name) const
     {
