@@ -26,6 +26,9 @@ boost::shared_ptr<Data> value(const Content& content)
     return boost::make_shared<Data>(content);
 }
 
+// OpenCV's own threads are no part of what is tested, and ThreadSanitizer can not see into them.
+inline const bool openCvRunsOnOneThread = (cv::setNumThreads(1), true);
+
 /// Runs the built-in filters directly, without a node around them, and keeps what they log.
 class FilterRunner
 {
