@@ -8,6 +8,7 @@
 #include "support/logcapture.h"
 
 #include <gtest/gtest.h>
+#include <opencv2/core/utility.hpp>
 
 #include <map>
 #include <string>
