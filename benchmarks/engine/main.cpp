@@ -41,5 +41,6 @@ int main(int argc, char** argv)
         0.8);
     limit("event to run, worker asleep, median", "eventToRun", "us", 100.0);
     limit("1,000 idle processes at 10 Hz, of one core", "idleProcesses/1000", "%", 5.0);
+    limit("the same, their periods spread evenly", "idleSpreadProcesses/1000", "%", 5.0);
     return met ? 0 : 1;
 }
