@@ -64,7 +64,6 @@ TEST(Objects, WriteTheirPropertiesOneAfterTheOther)
     EXPECT_EQ(object.toString(), "{ -2 = x}");
     object.setPropertyData(7, nullptr);
     EXPECT_THAT(object.toString(), testing::AnyOf("{ -2 = x}{ 7 = NULL}", "{ 7 = NULL}{ -2 = x}"));
-
     EXPECT_EQ(object.getPropertyData(-2)->toString(), "x");
     object.removeProperty(7);
     EXPECT_EQ(log.count(), 0u);

@@ -20,6 +20,7 @@
 #include <functional>
 #include <limits>
 #include <map>
+#include <numeric>
 #include <vector>
 
 namespace {
@@ -90,21 +91,17 @@ TEST(ColorPicture, OfMasksAndGreyPictures)
     expectPicture<GrayscaleImage, uchar>(0, 256, each<uchar>([](uchar level) { return Pixel::all(level); }));
 }
 
-TEST(ColorPicture, OfEveryDepth)
+TEST(ColorPicture, OfDepthsAndPoints)
 {
     std::vector<unsigned short> depths(65'536);
-    for (std::size_t i = 0; i < depths.size(); ++i)
-        depths[i] = static_cast<unsigned short>(i);
+    std::iota(depths.begin(), depths.end(), 0);
     const auto picture = DepthImage(depths.data(), 256, 256, "camera", Time(5), 1).toColorImage();
     EXPECT_TRUE(picture->name == "unknow" && picture->timestamp != Time(5) && picture->fovX == 0.0f);
     for (int i = 0; i < 65'536; ++i)
         ASSERT_EQ(picture->mat.at<Pixel>(i / 256, i % 256), depthPixel(depths[i])) << i;
     EXPECT_EQ(depthPixel(200), Pixel(255, 0, 0));
     expectPicture<DepthImage, unsigned short>(0, 5000, each<unsigned short>(depthPixel));
-}
 
-TEST(ColorPicture, OfPoints)
-{
     expectPicture<XYZImage, cv::Vec3f>(-1, 5, each<cv::Vec3f>(pointPixel));
     const float odd = std::numeric_limits<float>::quiet_NaN(), huge = std::numeric_limits<float>::infinity();
     for (const float x : {0.0f, -0.0f, odd, huge, -huge, 3e38f, 0.3f, 4.0f}) {

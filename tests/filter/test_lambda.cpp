@@ -12,25 +12,25 @@ namespace {
 
 using Type::Lambda; // here, where it hides the enumerator
 
+const auto inRow = [](const Values& values) {
+    const auto append = [](const std::string& text, const Value& value) { return text + show(value); };
+    return std::accumulate(values.begin(), values.end(), std::string(), append);
+};
+
 // What the application to numbers gives, with 0 for no value.
 std::string apply(Lambda& lambda, const std::vector<int>& parameters = {})
 {
     Values values;
     for (const int parameter : parameters)
         values.push_back(parameter ? number(parameter) : Value());
-    std::string results;
-    for (const Value& result : lambda.apply(values))
-        results += show(result);
-    return results;
+    return inRow(lambda.apply(values));
 }
 
 // Gives all its inputs in a row.
 boost::shared_ptr<Lambda> row(const std::string& inputs)
 {
-    return Lambda::createLambda(probe("row", inputs, "out", [](const Values& in) {
-        const auto append = [](const std::string& text, const Value& value) { return text + show(value); };
-        return Values{boost::make_shared<Data>(std::accumulate(in.begin(), in.end(), std::string(), append))};
-    }));
+    const auto body = [](const Values& in) { return Values{boost::make_shared<Data>(inRow(in))}; };
+    return Lambda::createLambda(probe("row", inputs, "out", body));
 }
 
 TEST(Lambda, CurryBindsEverySecondFreeInput)
@@ -81,10 +81,8 @@ TEST(Lambda, AppliedInItsOwnApplicationEndsWithAFatalLine)
 {
     Graph graph;
     std::string inner;
-    boost::shared_ptr<Lambda> lambda;
-    const auto filter =
-        probe("f", "in", "out", [&](const Values& in) { return inner = apply(*lambda, {2}), in; });
-    lambda = Lambda::createLambda(filter);
+    boost::shared_ptr<Lambda> lambda = Lambda::createLambda(
+        probe("f", "in", "out", [&](const Values& in) { return inner = apply(*lambda, {2}), in; }));
     EXPECT_EQ(inOrder({apply(*lambda, {1}), inner, graph.state()}),
               "1-\n1 f->requestData(___@LAMBDA@___): The graph has a cycle through this node.");
     EXPECT_EQ(apply(*lambda, {3}), "3");
