@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <regex>
 #include <tuple>
 
 namespace cli {
@@ -22,15 +21,24 @@ struct Pattern
     std::string before, place, behind;
 };
 
+// No place if the text is no pattern.
 Pattern cut(const std::string& pattern)
 {
-    static const std::regex form(R"(([^%*]*)(%0?[0-9]{0,2}d|\*)([^%*]*))");
     const fs::path path(pattern);
     const std::string name = path.filename().string();
-    std::smatch parts;
-    if (!std::regex_match(name, parts, form))
+    const std::size_t from = name.find_first_of("%*");
+    if (from == std::string::npos)
         return {};
-    return {path.parent_path(), parts[1], parts[2], parts[3]};
+    std::size_t to = from;
+    if (name[from] == '%') {
+        to = name.find_first_not_of("0123456789", from + 1);
+        constexpr std::size_t mostDigits = 3; // a zero and the width
+        if (to == std::string::npos || name[to] != 'd' || to - from - 1 > mostDigits)
+            return {};
+    }
+    if (name.find_first_of("%*", to + 1) != std::string::npos)
+        return {};
+    return {path.parent_path(), name.substr(0, from), name.substr(from, to + 1 - from), name.substr(to + 1)};
 }
 
 std::vector<std::string> namesIn(const fs::path& folder)
