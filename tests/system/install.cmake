@@ -31,7 +31,7 @@ if(WAY STREQUAL find_package)
     foreach(pair "host hosts" "plugin plugin")
         separate_arguments(pair)
         list(POP_FRONT pair target folder)
-        run(${CMAKE_COMMAND} -S ${SOURCE}/examples/${folder} -B ${WORK}/${target}
+        run(${CMAKE_COMMAND} -G ${GENERATOR} -S ${SOURCE}/examples/${folder} -B ${WORK}/${target}
             -DCMAKE_PREFIX_PATH=${WORK}/prefix -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_CXX_FLAGS=${flags_text})
         run(${CMAKE_COMMAND} --build ${WORK}/${target})
     endforeach()
