@@ -74,6 +74,6 @@ void buildProcesses(benchmark::State& state)
                                                   static_cast<double>(state.range(0)) * 1e-9,
                                               benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
-BENCHMARK(buildProcesses)->Arg(10)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(buildProcesses)->Arg(10)->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -107,8 +107,10 @@ public:
 
     // What the scheduler asks.
 
-    /// The processes that stand in a schedule, in name order: active ones of a priority above 0.
-    std::vector<boost::shared_ptr<Process>> getSchedulableProcesses() const;
+    /// The processes that stand in a schedule, by name: active ones of a priority above 0.
+    Scheduler::ByName getSchedulableProcesses();
+    /// Those of them that came since the last call of this or of `getSchedulableProcesses`.
+    Scheduler::ByName takeAddedProcesses();
     /// Microseconds that a worker may sleep, from 0 to 100,000: until the next process is due.
     long long _getNextComputationTime() const;
     /// The highest frequency, in hertz, of what can be scheduled; 0 if there is nothing.
@@ -145,7 +147,14 @@ private:
     template <typename Read>
     boost::shared_ptr<Data> _readSink(const std::string& sink, const char* operation, Read read) const;
     bool _setEnabled(const std::string& name, bool enabled, const char* operation, const char* prefix);
+    void _forgetBoundSources();
     void _rebuildSchedule(bool clearZombies); // and forgets which sources are bound
+    void _scheduleNew(const std::string& name);
+
+    // The processes, neither among the readers nor active by that condition, that the readers read,
+    // directly or not. Caller holds _processesMutex.
+    template <typename IsActive>
+    std::set<Process*> _inactiveUpstream(std::vector<Process*> readers, IsActive isActive) const;
 
     // Declared in the order in which they are built; they end in the reverse one.
     Parser _parser;
@@ -165,6 +174,8 @@ private:
 
     mutable boost::mutex _processesMutex;
     std::map<std::string, boost::shared_ptr<Process>> _processes; // guarded by _processesMutex
+    std::set<std::string> _addedProcesses; // names not in the schedule yet; guarded by _processesMutex
+    bool _namesMoved = false; // since the last look at all connections; guarded by _processesMutex
     // Every process that may still live, in the table or not: events of two processes may hold each
     // other, and are let go when the engine ends. Guarded by _processesMutex.
     std::vector<boost::weak_ptr<Process>> _everyProcess;

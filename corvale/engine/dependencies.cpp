@@ -9,38 +9,78 @@
 #include "corvale/runtime/process.h"
 
 #include <boost/thread/lock_guard.hpp>
+#include <boost/thread/locks.hpp>
 
 #include <algorithm>
 
 namespace ZR::Corvale {
+
+namespace {
+
+bool isSchedulable(const Process& process)
+{
+    return process.getPriority() != 0 && process.isActive();
+}
+
+} // namespace
+
+template <typename IsActive>
+std::set<Process*> CorvalePrivate::_inactiveUpstream(std::vector<Process*> readers, IsActive isActive) const
+{
+    std::set<Process*> found;
+    for (std::size_t i = 0; i < readers.size(); ++i)
+        for (const auto& source : readers[i]->getSources())
+            for (const std::string& name : source.second->getDependencies()) {
+                const boost::shared_ptr<Process> upstream = _findProcess(name);
+                if (upstream && !isActive(*upstream) && found.insert(upstream.get()).second)
+                    readers.push_back(upstream.get());
+            }
+    return found;
+}
 
 // Walks from the active processes to what they read. The flags are set once the answer stands, so that a
 // process that stays a zombie is one throughout: workers read the flags meanwhile.
 void CorvalePrivate::_computeDependency(bool clear)
 {
     const boost::lock_guard<boost::mutex> guard(_processesMutex);
+    const auto isActive = [clear](const Process& process) {
+        return clear ? process.isEnable() : process.isActive();
+    };
     std::vector<Process*> active;
     for (const auto& entry : _processes)
-        if (clear ? entry.second->isEnable() : entry.second->isActive())
+        if (isActive(*entry.second))
             active.push_back(entry.second.get());
 
-    std::set<const Process*> known(active.begin(), active.end());
-    std::set<const Process*> zombies;
-    for (std::size_t i = 0; i < active.size(); ++i)
-        for (const auto& source : active[i]->getSources())
-            for (const std::string& name : source.second->getDependencies()) {
-                const boost::shared_ptr<Process> upstream = _findProcess(name);
-                if (upstream && known.insert(upstream.get()).second) {
-                    zombies.insert(upstream.get());
-                    active.push_back(upstream.get());
-                }
-            }
-
+    const std::set<Process*> zombies = _inactiveUpstream(active, isActive);
     for (const auto& entry : _processes)
         if (zombies.count(entry.second.get()) != 0)
             entry.second->zombify();
         else if (clear)
             entry.second->unZombify();
+    _namesMoved = false;
+}
+
+// A new process can only add readers: what was connected before stands, unless names have moved since.
+void CorvalePrivate::_scheduleNew(const std::string& name)
+{
+    boost::unique_lock<boost::mutex> lock(_processesMutex);
+    if (_namesMoved) {
+        lock.unlock();
+        _rebuildSchedule(false);
+        return;
+    }
+    const boost::shared_ptr<Process> process = _findProcess(name);
+    if (process && process->isActive()) {
+        _addedProcesses.insert(name);
+        const auto isActive = [](const Process& upstream) { return upstream.isActive(); };
+        for (Process* zombie : _inactiveUpstream({process.get()}, isActive)) {
+            zombie->zombify();
+            _addedProcesses.insert(zombie->getName());
+        }
+    }
+    lock.unlock();
+    _forgetBoundSources();
+    _scheduler.updateAdded();
 }
 
 bool CorvalePrivate::_isRead(const std::string& source) const
@@ -89,13 +129,27 @@ float CorvalePrivate::getSourceFrequency(const std::string& name) const
     return best;
 }
 
-std::vector<boost::shared_ptr<Process>> CorvalePrivate::getSchedulableProcesses() const
+Scheduler::ByName CorvalePrivate::getSchedulableProcesses()
 {
-    std::vector<boost::shared_ptr<Process>> processes;
+    Scheduler::ByName processes;
     const boost::lock_guard<boost::mutex> guard(_processesMutex);
     for (const auto& entry : _processes)
-        if (entry.second->getPriority() != 0 && entry.second->isActive())
-            processes.push_back(entry.second);
+        if (isSchedulable(*entry.second))
+            processes.emplace_hint(processes.end(), entry);
+    _addedProcesses.clear();
+    return processes;
+}
+
+Scheduler::ByName CorvalePrivate::takeAddedProcesses()
+{
+    Scheduler::ByName processes;
+    const boost::lock_guard<boost::mutex> guard(_processesMutex);
+    for (const std::string& name : _addedProcesses) {
+        const auto known = _processes.find(name);
+        if (known != _processes.end() && isSchedulable(*known->second))
+            processes.insert(*known);
+    }
+    _addedProcesses.clear();
     return processes;
 }
 
@@ -107,7 +161,7 @@ long long CorvalePrivate::_getNextComputationTime() const
     const boost::lock_guard<boost::mutex> guard(_processesMutex);
     for (const auto& entry : _processes) {
         const Process& process = *entry.second;
-        if (process.getPriority() != 0 && process.isActive() && process.getFrequency() != 0.0f)
+        if (isSchedulable(process) && process.getFrequency() != 0.0f)
             least = std::min(least, std::max(0LL, process.getTimeToLive(now)));
     }
     return least;
@@ -116,8 +170,10 @@ long long CorvalePrivate::_getNextComputationTime() const
 float CorvalePrivate::_getComputationMaxFrequency() const
 {
     float greatest = 0.0f;
-    for (const boost::shared_ptr<Process>& process : getSchedulableProcesses())
-        greatest = std::max(greatest, process->getFrequency());
+    const boost::lock_guard<boost::mutex> guard(_processesMutex);
+    for (const auto& entry : _processes)
+        if (isSchedulable(*entry.second))
+            greatest = std::max(greatest, entry.second->getFrequency());
     return greatest;
 }
 

@@ -24,8 +24,13 @@ void DueQueue::assign(const std::vector<boost::shared_ptr<Process>>& processes, 
     _byTime.clear();
     _times.clear();
     for (const boost::shared_ptr<Process>& process : processes)
-        if (process->getFrequency() > 0.0f && _times.count(process.get()) == 0)
-            _place(process, dueTime(*process, now));
+        add(process, now);
+}
+
+void DueQueue::add(const boost::shared_ptr<Process>& process, std::int64_t now)
+{
+    if (process->getFrequency() > 0.0f && _times.count(process.get()) == 0)
+        _place(process, dueTime(*process, now));
 }
 
 void DueQueue::refresh(const boost::shared_ptr<Process>& process, std::int64_t now)

@@ -23,6 +23,8 @@ public:
     /// Begins anew with these processes; one that stands several times counts once, one that stands
     /// still is left out.
     void assign(const std::vector<boost::shared_ptr<Process>>& processes, std::int64_t now);
+    /// One process more, under the same conditions.
+    void add(const boost::shared_ptr<Process>& process, std::int64_t now);
     /// Asks a process of the queue again when it is due, which its computation has moved. Nothing happens
     /// for another one.
     void refresh(const boost::shared_ptr<Process>& process, std::int64_t now);

@@ -48,11 +48,14 @@ Result CorvalePrivate::_withProcess(const std::string& name, const char* operati
 void CorvalePrivate::_rebuildSchedule(bool clearZombies)
 {
     _computeDependency(clearZombies);
-    {
-        const boost::lock_guard<boost::mutex> guard(_sourcesMutex);
-        _sourceBoundCache.clear();
-    }
+    _forgetBoundSources();
     _scheduler.update();
+}
+
+void CorvalePrivate::_forgetBoundSources()
+{
+    const boost::lock_guard<boost::mutex> guard(_sourcesMutex);
+    _sourceBoundCache.clear();
 }
 
 std::vector<std::string> CorvalePrivate::getProcesses() const
@@ -74,7 +77,7 @@ bool CorvalePrivate::createProcess(const std::string& name, const std::string& f
     ProcessBuilder builder(*this, name, filter);
     if (!builder.build(inputs, outputs, events, declarations, priority, frequency))
         return false;
-    _rebuildSchedule(false);
+    _scheduleNew(name);
     return true;
 }
 
@@ -91,6 +94,7 @@ bool CorvalePrivate::renameProcess(const std::string& name, const std::string& n
     }
     _memoryManager.renameProcess(StringHash(name), StringHash(newName));
     process->setName(newName);
+    _namesMoved = true;
     _processes.erase(name);
     replaced = process;
     _processes[newName].swap(replaced);

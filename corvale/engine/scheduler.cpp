@@ -61,19 +61,55 @@ bool Scheduler::stop()
 // Updates go one after the other, so that the last to look at the processes is the last to write.
 bool Scheduler::update()
 {
-    std::vector<boost::shared_ptr<Process>> processes; // end after the locks, as does the former schedule
+    ByName processes; // what it holds in the end goes after the locks, as does the former schedule
     std::vector<boost::shared_ptr<Process>> schedule;
     const boost::lock_guard<boost::mutex> update(_updateMutex);
     processes = _engine->getSchedulableProcesses();
-    schedule = pass(processes);
     {
         const boost::lock_guard<boost::mutex> work(_workMutex);
         const boost::lock_guard<boost::mutex> guard(_scheduleMutex);
+        _scheduled.swap(processes);
         _schedule.swap(schedule);
+        _scheduleStale = true;
         _scheduleChanged = true;
     }
     _wake(true);
     return true;
+}
+
+bool Scheduler::updateAdded()
+{
+    ByName added; // in the end what was replaced, which goes after the locks
+    const boost::lock_guard<boost::mutex> update(_updateMutex);
+    added = _engine->takeAddedProcesses();
+    if (added.empty())
+        return true;
+    {
+        const boost::lock_guard<boost::mutex> work(_workMutex);
+        const boost::lock_guard<boost::mutex> guard(_scheduleMutex);
+        const std::int64_t now = currentMicroseconds();
+        for (auto& [name, process] : added) {
+            _dueQueue.add(process, now);
+            _scheduled[name].swap(process);
+        }
+        _scheduleStale = true;
+    }
+    _wake(true);
+    return true;
+}
+
+// Caller holds _scheduleMutex.
+const std::vector<boost::shared_ptr<Process>>& Scheduler::_presentSchedule() const
+{
+    if (_scheduleStale) {
+        std::vector<boost::shared_ptr<Process>> processes;
+        processes.reserve(_scheduled.size());
+        for (const auto& entry : _scheduled)
+            processes.push_back(entry.second);
+        _schedule = pass(processes);
+        _scheduleStale = false;
+    }
+    return _schedule;
 }
 
 // One pass over processes that come in name order.
@@ -99,7 +135,7 @@ Scheduler::pass(const std::vector<boost::shared_ptr<Process>>& processes)
 std::vector<boost::shared_ptr<Process>> Scheduler::getScheduledProcessList() const
 {
     const boost::lock_guard<boost::mutex> guard(_scheduleMutex);
-    return _schedule;
+    return _presentSchedule();
 }
 
 // Without workers nobody would ever take the process, and the list would only grow; while they are
@@ -211,7 +247,7 @@ bool Scheduler::_beginPass(std::int64_t now, Dropped& dropped)
         return false;
     }
     const boost::lock_guard<boost::mutex> guard(_scheduleMutex);
-    _workList = _schedule;
+    _workList = _presentSchedule();
     std::swap(dropped.queue, _dueQueue);
     _dueQueue.assign(_schedule, now);
     _scheduleChanged = false;

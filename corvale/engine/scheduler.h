@@ -8,8 +8,10 @@
 
 #include <atomic>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <set>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -53,9 +55,14 @@ public:
     bool stop();
     /// Rebuilds the schedule from the engine's processes; the pass under way goes on as it is. True.
     bool update();
+    /// Takes in the processes that the engine has since begun to schedule. Costs by their number, where
+    /// `update` costs by the number of all. True.
+    bool updateAdded();
     std::vector<boost::shared_ptr<Process>> getScheduledProcessList() const;
     /// Makes a process the next one to be taken. True.
     bool addProcessToScheduledProcessList(boost::shared_ptr<Process> process);
+
+    using ByName = std::map<std::string, boost::shared_ptr<Process>>;
 
     /// Appends each process of `in`, sorted ascending by shares that are powers of two, the least being
     /// 1, to `out` as often as its share, the high shares spread evenly around the low ones.
@@ -74,6 +81,7 @@ private:
 
     void run();
     void _visit(const boost::shared_ptr<Process>& process);
+    const std::vector<boost::shared_ptr<Process>>& _presentSchedule() const;
     boost::shared_ptr<Process> getNextProcess();
     bool _beginPass(std::int64_t now, Dropped& dropped);
     boost::shared_ptr<Process> _takeFromWorkList(Dropped& dropped);
@@ -98,7 +106,10 @@ private:
     std::int64_t _lastLookAtAll = 0; // microseconds since the epoch; guarded by _workMutex
 
     mutable boost::mutex _scheduleMutex;
-    std::vector<boost::shared_ptr<Process>> _schedule; // guarded by _scheduleMutex
+    ByName _scheduled; // what the schedule is made of; guarded by _scheduleMutex
+    // Made when it is asked for; guarded by _scheduleMutex.
+    mutable std::vector<boost::shared_ptr<Process>> _schedule;
+    mutable bool _scheduleStale = false;
 
     boost::mutex _sleepMutex; // innermost
     boost::condition_variable _sleepers;

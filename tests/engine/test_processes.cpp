@@ -152,7 +152,11 @@ TEST_F(ProcessTest, ADisabledProcessRunsOnWhileAnActiveOneReadsIt)
     engine.deleteProcess("d");
     EXPECT_EQ(zombies(), "");
     pass(engine, "e", "b:out");
-    EXPECT_EQ(zombies(), "b") << "a new reader";
+    EXPECT_EQ(zombies() + jobs(), "bb c e") << "a new reader";
+    engine.renameProcess("a", "b");
+    EXPECT_EQ(zombies() + jobs(), "b c e") << "nothing looks at the connections";
+    pass(engine, "f", "s");
+    EXPECT_EQ(zombies() + jobs(), "bb c e f") << "readers read who bears the name";
 }
 
 TEST_F(ProcessTest, AResetForgetsThePeriodAndRatesAreCut)
