@@ -154,4 +154,12 @@ std::string textOfValue(const DataPointer& value)
     return onOneLine(value->toString());
 }
 
+std::string lengthOfValue(const DataPointer& value)
+{
+    const auto* elements = value ? static_cast<std::vector<DataPointer>*>(*value) : nullptr;
+    if (elements == nullptr)
+        throw Failure("cannot count " + textOfValue(value).substr(0, 60) + ", which is no list; use --print");
+    return std::to_string(elements->size());
+}
+
 } // namespace cli

@@ -29,4 +29,7 @@ cv::Mat pictureOfValue(const DataPointer& value);
 /// text form. "no value" for null.
 std::string textOfValue(const DataPointer& value);
 
+/// How many elements a list has. Failure: `Failure` for a value that is no list.
+std::string lengthOfValue(const DataPointer& value);
+
 } // namespace cli

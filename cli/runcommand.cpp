@@ -25,6 +25,9 @@ RunCommand::RunCommand(CLI::App& app)
         ->type_name("PROCESS:SINK=PATH");
     _command.add_option("--print", _options.prints, "Print a sink: frame, seconds, value")
         ->type_name("PROCESS:SINK");
+    _command
+        .add_option("--count", _options.counts, "Print how long a sink's list is: frame, seconds, length")
+        ->type_name("PROCESS:SINK");
     _command.add_option("--threads", _options.threads, "Worker threads of a live run")
         ->check(CLI::Range(1u, 256u))
         ->capture_default_str();

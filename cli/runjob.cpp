@@ -111,8 +111,11 @@ void RunJob::setConstants()
 
 void RunJob::openOutputs()
 {
-    for (const std::string& print : _options.prints)
-        requireSink(*_engine, print);
+    const std::pair<const std::vector<std::string>&, TextSave::Form> shown[] = {
+        {_options.prints, textOfValue}, {_options.counts, lengthOfValue}};
+    for (const auto& [sinks, form] : shown)
+        for (const std::string& sink : sinks)
+            requireSink(*_engine, sink);
     for (const std::string& save : _options.saves)
         requireSink(*_engine, assignment(save, "--save").first);
 
@@ -120,9 +123,10 @@ void RunJob::openOutputs()
         const auto [sink, path] = assignment(text, "--save");
         _outputs.push_back(std::make_unique<Output>(sink, Save::open(path, sink, _playback.rate())));
     }
-    for (const std::string& sink : _options.prints)
-        _outputs.push_back(std::make_unique<Output>(
-            sink, std::make_unique<TextSave>(OutputFile::standardOutput(), sink + " ")));
+    for (const auto& [sinks, form] : shown)
+        for (const std::string& sink : sinks)
+            _outputs.push_back(std::make_unique<Output>(
+                sink, std::make_unique<TextSave>(OutputFile::standardOutput(), sink + " ", form)));
 }
 
 std::uint64_t RunJob::frameLimit() const
@@ -132,7 +136,8 @@ std::uint64_t RunJob::frameLimit() const
 
 void RunJob::play()
 {
-    const bool printsHere = !_options.prints.empty() && isatty(STDOUT_FILENO) != 0;
+    const bool prints = !_options.prints.empty() || !_options.counts.empty();
+    const bool printsHere = prints && isatty(STDOUT_FILENO) != 0;
     const std::uint64_t limit = frameLimit();
     std::optional<std::uint64_t> total = _playback.length();
     if (limit != endless)

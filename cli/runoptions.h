@@ -15,6 +15,7 @@ struct RunOptions
     std::vector<std::string> feeds;  // SOURCE=PATH or SOURCE=value:LITERAL
     std::vector<std::string> saves;  // PROCESS:SINK=PATH
     std::vector<std::string> prints; // PROCESS:SINK
+    std::vector<std::string> counts; // PROCESS:SINK
     unsigned int threads = 2;        // of a live run
     std::optional<std::uint64_t> frames;
     double pictureRate = 10.0; // frames per second

@@ -5,7 +5,12 @@
 
 namespace cli {
 
-TextSave::TextSave(OutputFile file, const std::string& head) : _file(std::move(file)), _head(head) {}
+TextSave::TextSave(OutputFile file, const std::string& head, Form form)
+    : _file(std::move(file)),
+      _head(head),
+      _form(form)
+{
+}
 
 void TextSave::write(const Moment& moment, const DataPointer& value)
 {
@@ -13,7 +18,7 @@ void TextSave::write(const Moment& moment, const DataPointer& value)
         return;
     char seconds[64];
     std::snprintf(seconds, sizeof seconds, " %.3f ", moment.seconds);
-    _file.write(_head + std::to_string(moment.number) + seconds + textOfValue(value) + "\n");
+    _file.write(_head + std::to_string(moment.number) + seconds + _form(value) + "\n");
     if (!_head.empty()) // somebody is watching
         _file.flush();
 }

@@ -5,13 +5,15 @@
 
 namespace cli {
 
-/// Writes a line for each value: the number of the frame, its time in seconds, the value's text. Frames
-/// without value have no line.
+/// Writes a line for each value: the number of the frame, its time in seconds, the value's text or what else
+/// is to be said of it. Frames without value have no line.
 class TextSave : public Save
 {
 public:
+    using Form = std::string (*)(const DataPointer& value);
+
     /// `head` stands before each line.
-    explicit TextSave(OutputFile file, const std::string& head = "");
+    explicit TextSave(OutputFile file, const std::string& head = "", Form form = textOfValue);
 
     void write(const Moment& moment, const DataPointer& value) override;
     void finish() override;
@@ -19,6 +21,7 @@ public:
 private:
     OutputFile _file;
     const std::string _head;
+    const Form _form;
 };
 
 } // namespace cli
