@@ -203,6 +203,8 @@ void run(unsigned int workers, bool retargets)
     for (std::thread& thread : hosts)
         thread.join();
 
+    // After a renaming the schedule waits for the next change.
+    EXPECT_TRUE(engine.createProcess("last", "Identity", {}, {}, {}, {}, 3, 1.0f));
     const std::vector<std::string> jobs = engine.getScheduledJobs();
     const std::set<std::string> scheduled(jobs.begin(), jobs.end());
     for (const std::string& name : engine.getProcesses())
