@@ -18,7 +18,7 @@ class Lambda;
 }
 
 /// The classifiers that `createClassificationFilter` can make.
-enum ClassificationType
+enum ClassificationType : int
 {
     KNN = 0
 };

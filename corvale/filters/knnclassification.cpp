@@ -114,7 +114,9 @@ bool KNNClassification::_loadDataBase(const std::string& path)
         return false;
     _descriptorSize = tree.get<unsigned int>("data.properties.size");
     _descriptorCount = tree.get<unsigned int>("data.properties.count");
-    const boost::property_tree::ptree& descriptors = tree.get_child("data.descriptors");
+    boost::property_tree::ptree& descriptors = tree.get_child("data.descriptors");
+    for (const char* markup : {"<xmlattr>", "<xmlcomment>"}) // neither is an element
+        descriptors.erase(markup);
     if (descriptors.size() != _descriptorCount)
         throw badData("count is " + std::to_string(_descriptorCount) + ", but there are " +
                       std::to_string(descriptors.size()) + " descriptors");

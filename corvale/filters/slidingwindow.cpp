@@ -18,6 +18,8 @@ namespace {
 const std::string category = rk::log::addCategory("corvale.filter.slidingwindow");
 const Kinds kinds{DataType::ColorImage, DataType::GrayscaleImage, DataType::DepthImage};
 
+constexpr int longest = 1 << 24; // images; beyond, the list of them alone would fill the memory
+
 // The window's size as far as a component holds it.
 unsigned int divisorOf(const Values& inputs)
 {
@@ -25,11 +27,14 @@ unsigned int divisorOf(const Values& inputs)
     return inputs[0] && inputs[0]->getType() == DataType::DepthImage ? size % 65536 : size % 256;
 }
 
-const InputGuards sizeGuards(
-    category, "SlidingWindow",
-    {Guard::count(2).quietly(), Guard::kind(1, {DataType::Integer}).quietly(),
-     Guard::that([](const Values& inputs) { return number<int>(inputs[1]) != 0; }).quietly(),
-     Guard::that([](const Values& inputs) { return number<int>(inputs[1]) > 0 && divisorOf(inputs) != 0; })});
+const InputGuards
+    sizeGuards(category, "SlidingWindow",
+               {Guard::count(2).quietly(), Guard::kind(1, {DataType::Integer}).quietly(),
+                Guard::that([](const Values& inputs) { return number<int>(inputs[1]) != 0; }).quietly(),
+                Guard::that([](const Values& inputs) {
+                    const int size = number<int>(inputs[1]);
+                    return size > 0 && size <= longest && divisorOf(inputs) != 0;
+                })});
 const InputGuards imageGuards(category, "SlidingWindow", {Guard::kind(0, kinds), Guard::intact(0)});
 
 // Whether `memory` is a window of so many images of the kind of `image`.

@@ -52,7 +52,8 @@ struct Classification : testing::Test
 TEST_F(Classification, FindsAndVotesByTheRulesAndGivesNothingForAnotherLength)
 {
     const auto zero = value(0), farAway = value(-1e30f), four = value(4u);
-    std::string descriptors = "<a>7 0 1</a><a>3 1 0</a><b>5 4 4</b><b>9 5 5 more</b><b>4 1e30 0</b>";
+    std::string descriptors =
+        "<a>7 0 1</a><!-- 1 --><a>3 1 0</a><b>5 4 4</b><b>9 5 5 more</b><b>4 1e30 0</b>";
     for (int i = 10; i < 70; ++i)
         descriptors += "<c>" + std::to_string(i) + "\n1e2 " + std::to_string(i) + ".5</c>";
     ASSERT_TRUE(create("2", "65", descriptors));

@@ -250,7 +250,8 @@ TEST(SlidingWindow, StaysAsItIsWhileKindSizeOrNumberChange)
         return out.empty() ? -1 : int(dataToCvMat(out[0]).at<uchar>(0));
     };
     const auto depth = imageOf(Depth, cv::Mat(1, 1, CV_16UC1));
-    for (const auto& [in, size] : {std::pair(gray(1), 256), std::pair(gray(1), -1), std::pair(depth, 65536)})
+    for (const auto& [in, size] : {std::pair(gray(1), 256), std::pair(gray(1), -1),
+                                   std::pair(gray(1), INT_MAX), std::pair(depth, 65536)})
         EXPECT_TRUE(run.refuses("SlidingWindow", {in, value(size)}));
     EXPECT_EQ(mean(gray(100), 3), 100);
     EXPECT_EQ(mean(gray(200), 3), 33 + 33 + 66);
