@@ -79,7 +79,9 @@ int main(int count, char** arguments)
         cv::Mat sheet;
         cv::hconcat(columns, sheet);
         cv::copyMakeBorder(sheet, sheet, 0, gap, 0, gap, cv::BORDER_CONSTANT, paper);
-        if (!cv::imwrite(arguments[1], sheet))
+        const std::vector<int> smallest = {cv::IMWRITE_PNG_COMPRESSION, 9, cv::IMWRITE_PNG_STRATEGY,
+                                           cv::IMWRITE_PNG_STRATEGY_DEFAULT};
+        if (!cv::imwrite(arguments[1], sheet, smallest))
             throw std::runtime_error(std::string("cannot write ") + arguments[1]);
     } catch (const std::exception& error) {
         std::cerr << "contactsheet: " << error.what() << "\n";
