@@ -4,9 +4,15 @@
 #include <iomanip>
 #include <ostream>
 
+bool RatioTable::ReportContext(const Context& context)
+{
+    return _detail == Detail::TableOnly || benchmark::ConsoleReporter::ReportContext(context);
+}
+
 void RatioTable::ReportRuns(const std::vector<Run>& runs)
 {
-    benchmark::ConsoleReporter::ReportRuns(runs);
+    if (_detail == Detail::EachRun)
+        benchmark::ConsoleReporter::ReportRuns(runs);
     for (const Run& run : runs) {
         if (run.run_type != Run::RT_Iteration || run.error_occurred)
             continue;
@@ -29,31 +35,45 @@ std::ostream& begin(std::ostream& out, const std::string& question, double figur
                << std::setw(12) << figure;
 }
 
-bool end(std::ostream& out, double value, double target)
-{
-    const bool met = value <= target;
-    out << std::setprecision(2) << std::setw(10) << target << (met ? "   met" : "   OVER") << "\n";
-    return met;
-}
-
 } // namespace
 
 bool RatioTable::row(std::ostream& out, const std::string& question, const std::string& name,
-                     const std::string& peer, double target) const
+                     const std::string& peer, double target)
 {
     if (!has(name) || !has(peer))
         return true;
     const double ratio = figure(name) / figure(peer);
     begin(out, question, figure(name))
         << std::setw(12) << figure(peer) << std::setprecision(2) << std::setw(10) << ratio;
-    return end(out, ratio, target);
+    return end(out, question, ratio <= target, target);
 }
 
 bool RatioTable::limit(std::ostream& out, const std::string& question, const std::string& name,
-                       const std::string& unit, double target) const
+                       const std::string& unit, double target)
 {
     if (!has(name))
         return true;
     begin(out, question, figure(name)) << std::setw(12) << unit << std::setw(10) << "";
-    return end(out, figure(name), target);
+    return end(out, question, figure(name) <= target, target);
+}
+
+bool RatioTable::end(std::ostream& out, const std::string& question, bool met, double target,
+                     const std::string& remark)
+{
+    out << std::setprecision(2) << std::setw(10) << target << (met ? "   met" : "   OVER" + remark) << "\n";
+    if (!met)
+        _over.push_back(question + remark);
+    return met;
+}
+
+int RatioTable::verdict(std::ostream& out) const
+{
+    if (_over.empty()) {
+        out << "\nAll rows meet their targets.\n";
+        return 0;
+    }
+    out << "\nOver target:\n";
+    for (const std::string& question : _over)
+        out << "  " << question << "\n";
+    return 1;
 }

@@ -5,6 +5,7 @@
 #include <iosfwd>
 #include <map>
 #include <string>
+#include <vector>
 
 /// Shows benchmarks as usual and keeps the least figure of each, so that two of one run can be compared.
 ///
@@ -14,6 +15,15 @@
 class RatioTable : public benchmark::ConsoleReporter
 {
 public:
+    enum class Detail
+    {
+        EachRun,
+        TableOnly
+    };
+
+    explicit RatioTable(Detail detail = Detail::EachRun) : _detail(detail) {}
+
+    bool ReportContext(const Context& context) override;
     void ReportRuns(const std::vector<Run>& runs) override;
 
     bool has(const std::string& name) const { return _least.count(name) != 0; }
@@ -23,11 +33,19 @@ public:
     /// One row: a figure, the figure that it is held against, their ratio and the target; true if it is
     /// met. Nothing, and true, if one of the two was not run.
     bool row(std::ostream& out, const std::string& question, const std::string& name, const std::string& peer,
-             double target) const;
+             double target);
     /// One row of a figure against a limit in the figure's own unit.
     bool limit(std::ostream& out, const std::string& question, const std::string& name,
-               const std::string& unit, double target) const;
+               const std::string& unit, double target);
+    /// Ends a row that others have begun: the target, whether it is met, and a remark if it is not.
+    bool end(std::ostream& out, const std::string& question, bool met, double target,
+             const std::string& remark = "");
+
+    /// Names the rows over target and gives the exit code: 1 if there are any.
+    int verdict(std::ostream& out) const;
 
 private:
+    const Detail _detail;
     std::map<std::string, double> _least;
+    std::vector<std::string> _over; // questions
 };
