@@ -37,7 +37,7 @@ cv::Mat swapped(const cv::Mat& picture)
 template <typename Use>
 bool withImage(Data& value, Use use)
 {
-    const auto as = [&value, &use](auto* image) { return image != nullptr && (use(*image), true); };
+    const auto as = [&use](auto* image) { return image != nullptr && (use(*image), true); };
     switch (value.getType()) {
     case DataType::ColorImage:
         return as(static_cast<Type::ColorImage*>(value));

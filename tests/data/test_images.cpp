@@ -23,7 +23,7 @@ class ImageKind : public testing::Test
 };
 using Kinds =
     testing::Types<ColorImage, BinaryImage, GrayscaleImage, LabelImage, DepthImage, XYZImage, MatrixImage>;
-TYPED_TEST_SUITE(ImageKind, Kinds);
+TYPED_TEST_SUITE(ImageKind, Kinds, ); // the macro wants its third argument, empty or not
 
 template <typename T, int C>
 std::vector<T> ramp(const Image<T, C>&, int pixels)
