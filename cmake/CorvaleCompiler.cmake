@@ -12,12 +12,19 @@ target_compile_options(corvale_compiler INTERFACE
 if(CORVALE_SANITIZE)
     # The checks that are built in make the compiler believe in variables that nobody set.
     add_compile_options(-fsanitize=${CORVALE_SANITIZE} -fno-omit-frame-pointer)
-    target_compile_options(corvale_compiler INTERFACE -Wno-maybe-uninitialized)
+    target_compile_options(corvale_compiler INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
     add_link_options(-fsanitize=${CORVALE_SANITIZE})
     if(CORVALE_SANITIZE MATCHES "undefined")
-        add_compile_options(-fno-sanitize-recover=undefined)
-        add_link_options(-fno-sanitize-recover=undefined)
+        add_compile_options(-fno-sanitize-recover=all)
+        add_link_options(-fno-sanitize-recover=all)
     endif()
+endif()
+if(CORVALE_ASSERTIONS)
+    add_compile_definitions(_GLIBCXX_ASSERTIONS)
+endif()
+# What a sanitizer adds to a shared library is found in the program only, where the compiler is clang.
+if(NOT CORVALE_SANITIZE)
+    set(CORVALE_NO_UNDEFINED LINKER:--no-undefined)
 endif()
 
 find_program(CORVALE_CCACHE ccache)
