@@ -1,3 +1,4 @@
+#include "cli/drawcommand.h"
 #include "cli/failure.h"
 #include "cli/interrupt.h"
 #include "cli/runcommand.h"
@@ -55,17 +56,19 @@ int main(int count, char** arguments)
         "Exit codes: 0 done; 2 wrong arguments, or a file that cannot be read or written; 3 the program\n"
         "does not load; 128 and the signal's number if a signal ended the run.");
     const cli::RunCommand run(app);
+    const cli::DrawCommand draw(app);
 
     try {
         app.parse(count, arguments);
     } catch (const CLI::ParseError& error) {
         if (error.get_exit_code() == 0) // --help, --version
             return app.exit(error);
-        return fail(cli::firstLine(error.what()) + "; see corvale run --help", cli::BadInput);
+        const char* const command = draw.chosen() ? " draw" : run.chosen() ? " run" : "";
+        return fail(cli::firstLine(error.what()) + "; see corvale" + command + " --help", cli::BadInput);
     }
 
     try {
-        return run.execute();
+        return draw.chosen() ? draw.execute() : run.execute();
     } catch (const cli::Failure& failure) {
         return fail(failure.what(), failure.exitCode());
     } catch (const cli::Stopped&) {

@@ -5,6 +5,7 @@
 #include "cli/liverun.h"
 #include "cli/lockstep.h"
 #include "cli/names.h"
+#include "cli/program.h"
 #include "cli/progress.h"
 #include "cli/textsave.h"
 
@@ -14,7 +15,6 @@
 #include "corvale/parser/literal.h"
 #include "rk/log.h"
 
-#include <boost/filesystem.hpp>
 #include <boost/make_shared.hpp>
 
 #include <unistd.h>
@@ -87,16 +87,10 @@ void RunJob::openRecordings()
 
 void RunJob::loadProgram()
 {
-    boost::system::error_code error;
-    if (!boost::filesystem::is_regular_file(_options.program, error))
-        throw Failure("cannot read the program \"" + _options.program +
-                      "\": there is no such file; check its path");
     if (!_options.live)
         _clock.emplace();
     _engine = std::make_unique<Corvale>(_options.live ? _options.threads : 0);
-    if (!_engine->loadProgramFromFile(_options.program))
-        throw Failure("the program \"" + _options.program + "\" does not load; the lines above say why",
-                      BadProgram);
+    cli::loadProgram(*_engine, _options.program);
 }
 
 void RunJob::setConstants()
