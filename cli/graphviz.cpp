@@ -74,7 +74,8 @@ std::string drawnByDot(const std::string& text, const std::string& format)
     const std::string picture = contentOf(output.get());
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0 || picture.empty())
         throw Failure(
-            "graphviz's \"dot\" could not draw this; leave out -o and give it the text, to see why");
+            "graphviz's \"dot\" refuses this graph; give its filters, nodes and ports names of letters, "
+            "digits and underscores, other than node and edge");
     return picture;
 }
 
