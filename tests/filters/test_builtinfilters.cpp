@@ -6,7 +6,7 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
+#include <regex>
 
 using namespace support;
 using namespace ZR::Corvale;
@@ -17,53 +17,57 @@ using support::Color; // not the class
 
 using Ports = std::vector<boost::shared_ptr<Port>>;
 
-std::vector<std::string> names()
-{
-    std::vector<std::string> result;
-    for (const auto& filter : Filters::makeBuiltinFilters())
-        result.push_back(filter->getName());
-    return result;
-}
-
-TEST(BuiltinFilters, StandInTheirOrderWithTheirPorts)
+// A port of the page that ends in N stands for the ports 1 to N of the filters 1 to 8.
+TEST(BuiltinFilters, HaveThePortsThatTheirPageLists)
 {
     ZR::Corvale::Corvale engine(0);
-    std::string text;
-    for (const std::string& name : names()) {
-        text += name + "\n";
+    ASSERT_TRUE(engine.createClassificationFilter("KNNClassification", ZR::Corvale::KNN, KNN_XML));
+    std::map<std::string, std::string> listed, present; // by filter
+    for (const std::string& name : engine.getFilters()) {
         for (const std::string& input : engine.getFilterInputs(name))
-            text += "  in: " + input + "\n";
+            present[name] += "in " + input + "\n";
         for (const std::string& output : engine.getFilterOutputs(name))
-            text += "  out: " + output + "\n";
+            present[name] += "out " + output + "\n";
     }
-    std::ifstream expected(FILTERS_TXT);
-    EXPECT_EQ(text, std::string(std::istreambuf_iterator<char>(expected), {}));
+    const std::regex row(R"(### (\w+).*|\| (in|out) \| `(\w+?)(N?)` \| (optional )?(?:any|([\w, ]+)) \|.*)");
+    std::ifstream page(FILTERS_PAGE);
+    std::smatch part;
+    for (std::string line, name; std::getline(page, line);) {
+        if (!std::regex_match(line, part, row))
+            continue;
+        const std::string port = part.format(part[6].matched ? "$2 $5[$6] $3" : "$2 $5$3");
+        if (part[1].matched)
+            name = part[1];
+        else if (part[4].length() == 0)
+            listed[name] += port + "\n";
+        else
+            for (char last = '1'; last <= '8'; ++last)
+                for (char number = '1'; number <= last; ++number)
+                    listed[std::string("Mandatory") + last] += port + number + "\n";
+    }
+    EXPECT_EQ(listed, present);
 }
 
 // Inputs that a filter computes from: for each port an image if it takes one, else its first type.
 Values goodInputs(const std::string& filter, const Ports& ports)
 {
-    static const std::map<DataType, boost::shared_ptr<Data>> others = {
-        {DataType::Boolean, value(true)},
-        {DataType::Integer, value(1)},
-        {DataType::Float, value(0.5f)},
-        {DataType::Region2, value(Type::Region2(0, 0, 1, 1))},
-        {DataType::Array, value(Values{value(1)})},
-        {DataType::Lambda, value(Type::Lambda::createLambda(FilterRunner().filters["Identity"]))}};
+    static const auto identity = Type::Lambda::createLambda(FilterRunner().filters["Identity"]);
+    static const Values others = {value(true),     value(1),
+                                  value(0.5f),     value(Type::Region2(0, 0, 1, 1)),
+                                  value(identity), value(Values{value(1)})};
     Values inputs;
     for (const auto& port : ports) {
         const auto& types = port->getTypes();
-        const auto image = std::find_if(types.begin(), types.end(), [](DataType type) {
-            return type >= DataType::ColorImage && type <= DataType::XYZImage;
-        });
+        const auto image =
+            std::find_if(types.begin(), types.end(), [](auto type) { return matTypeOf(type) >= 0; });
         const DataType kind = image != types.end() ? *image : types.empty() ? Color : types[0];
-        const auto other = others.find(kind);
-        inputs.push_back(other != others.end()
-                             ? other->second
-                             : imageOf(kind, cv::Mat(2, 3, matTypeOf(kind), cv::Scalar::all(1))));
+        const auto other = std::find_if(others.begin(), others.end(),
+                                        [kind](const auto& other) { return other->getType() == kind; });
+        inputs.push_back(other != others.end() ? *other
+                                               : imageOf(kind, cv::Mat::ones(2, 3, matTypeOf(kind))));
     }
     if (filter == "Draw")
-        inputs = {inputs[0], others.at(DataType::Array), value("red")};
+        inputs = {inputs[0], others.back(), value("red")};
     return inputs;
 }
 
@@ -157,7 +161,7 @@ TEST_P(BadInputs, OfAKindWithoutWhatBelongsToItAreRefused)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(AllFilters, BadInputs, testing::ValuesIn(names()),
+INSTANTIATE_TEST_SUITE_P(AllFilters, BadInputs, testing::ValuesIn(ZR::Corvale::Corvale(0).getFilters()),
                          [](const auto& info) { return info.param; });
 
 } // namespace

@@ -70,7 +70,6 @@ TEST_F(Classification, FindsAndVotesByTheRulesAndGivesNothingForAnotherLength)
     EXPECT_EQ(log.count(rk::log::Error), 0u);
     EXPECT_EQ(classify({zero, nullptr}), "none");
     EXPECT_EQ(log.messages(rk::log::Error).at(0), " [Invalid Input] -> KNNClassification -> ...");
-    EXPECT_EQ(engine.getFilterInputs("c"), (std::vector<std::string>{"[Array] in", "optional [Integer] k"}));
 }
 
 TEST_F(Classification, OfBadDatabasesThrowsAndLeavesNoFilter)
