@@ -15,7 +15,7 @@ Values Duplicate::applyFilter(const Values& inputs, const StringHash&, const Str
 {
     if (inputs.size() != 1)
         return {};
-    return {inputs[0], inputs[0]};
+    return Values(2, inputs[0]);
 }
 
 } // namespace ZR::Corvale::Filters

@@ -18,6 +18,7 @@ Values Mandatory::applyFilter(const Values& inputs, const StringHash&, const Str
 {
     const std::size_t count = static_cast<std::size_t>(std::max(_count, 0));
     Values values;
+    values.reserve(count);
     while (values.size() < count) {
         const std::size_t i = values.size();
         if (i >= inputs.size() || !inputs[i])

@@ -10,18 +10,19 @@ namespace ZR::Corvale {
 
 void EventList::add(boost::shared_ptr<Event> event)
 {
-    const boost::lock_guard<boost::mutex> guard(_lock);
+    const boost::lock_guard<ShortLock> guard(_lock);
     const boost::shared_ptr<Events> events =
         _events ? boost::make_shared<Events>(*_events) : boost::make_shared<Events>();
     events->push_back(event);
     _events = events;
+    _any.store(true, std::memory_order_release);
 }
 
-void EventList::raise(const boost::shared_ptr<Data>& data) const
+void EventList::_raise(const boost::shared_ptr<Data>& data) const
 {
     boost::shared_ptr<const Events> events;
     {
-        const boost::lock_guard<boost::mutex> guard(_lock);
+        const boost::lock_guard<ShortLock> guard(_lock);
         events = _events;
     }
     if (!events)
@@ -33,7 +34,7 @@ void EventList::raise(const boost::shared_ptr<Data>& data) const
 void EventList::clear()
 {
     boost::shared_ptr<const Events> dropped; // freed without the lock
-    const boost::lock_guard<boost::mutex> guard(_lock);
+    const boost::lock_guard<ShortLock> guard(_lock);
     dropped.swap(_events);
 }
 

@@ -1,8 +1,10 @@
 #pragma once
 
-#include <boost/shared_ptr.hpp>
-#include <boost/thread/mutex.hpp>
+#include "corvale/runtime/shortlock.h"
 
+#include <boost/shared_ptr.hpp>
+
+#include <atomic>
 #include <vector>
 
 namespace ZR::Corvale {
@@ -16,14 +18,21 @@ class EventList
 {
 public:
     void add(boost::shared_ptr<Event> event);
-    void raise(const boost::shared_ptr<Data>& data) const;
+    void raise(const boost::shared_ptr<Data>& data) const
+    {
+        if (_any.load(std::memory_order_acquire))
+            _raise(data);
+    }
     /// Lets go of all events, and so of the processes that they hold.
     void clear();
 
 private:
     using Events = std::vector<boost::shared_ptr<Event>>;
 
-    mutable boost::mutex _lock;
+    void _raise(const boost::shared_ptr<Data>& data) const;
+
+    mutable ShortLock _lock;
+    std::atomic<bool> _any{false};           // most sinks have none, and then need no lock
     boost::shared_ptr<const Events> _events; // null for none; replaced, never changed; guarded by _lock
 };
 

@@ -6,9 +6,6 @@
 #include "corvale/runtime/stringhash.h"
 #include "rk/log.h"
 
-#include <boost/thread/lock_guard.hpp>
-#include <boost/thread/locks.hpp>
-
 #include <sstream>
 
 namespace ZR::Corvale {
@@ -42,29 +39,21 @@ boost::shared_ptr<Port> Node::getOutput(const std::string& name) const
 
 void Node::synchronize(const StringHash& processHash, const StringHash& scopeHash, long long depth)
 {
-    boost::unique_lock<boost::mutex> lock(_scopes.lock());
     ScopeState& state = _scopes.acquire(scopeHash);
-    const bool first = !state.open;
-    state.open = true;
-    if (first && !_inputs.empty()) {
-        lock.unlock();
+    ++state.synchronizeCount;
+    if (!state.open) {
+        state.open = true;
         for (const boost::shared_ptr<Port>& input : _inputs)
             if (Node* upstream = input->getUpstream())
                 upstream->synchronize(processHash, scopeHash, depth + 1);
-        lock.lock();
     }
-    ++state.synchronizeCount;
-    lock.unlock();
     _arrive(state, processHash, scopeHash, depth);
 }
 
 void Node::synchronizeRelease(const StringHash& processHash, const StringHash& scopeHash, long long depth)
 {
-    std::vector<boost::shared_ptr<Data>> dropped; // freed without the lock
-    boost::unique_lock<boost::mutex> lock(_scopes.lock());
-    ScopeState* state = _scopes.findOpen(scopeHash);
-    if (!state) {
-        lock.unlock();
+    ScopeState* state = _scopes.find(scopeHash);
+    if (!state || !state->open) {
         RK_LOG(rk::log::Fatal, category) << _name << "->synchronizeRelease(" << *processHash._string
                                          << "): Invalid release on process " << *processHash._string;
         return;
@@ -72,7 +61,7 @@ void Node::synchronizeRelease(const StringHash& processHash, const StringHash& s
     if (--state->synchronizeCount == 0)
         state->open = false;
     _leave(*state, processHash, scopeHash, depth);
-    dropped = _scopes.settle(*state);
+    _scopes.settle(*state);
 }
 
 std::optional<std::uint32_t> Node::_openCount(const ScopeState& state)

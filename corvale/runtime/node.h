@@ -85,8 +85,7 @@ protected:
     ScopeTable _scopes;
 
 private:
-    // What a kind of node does at every arrival and at every release. The latter runs under the lock of
-    // the node's table.
+    // What a kind of node does at every arrival and at every release.
     virtual void _synchronize(const StringHash& processHash, const StringHash& scopeHash, long long depth);
     virtual void _synchronizeRelease(const StringHash& processHash, const StringHash& scopeHash,
                                      long long depth);

@@ -7,7 +7,6 @@
 #include "rk/log.h"
 
 #include <boost/make_shared.hpp>
-#include <boost/thread/lock_guard.hpp>
 
 #include <sstream>
 
@@ -146,8 +145,8 @@ void NodeFilter::requestEmpty(const StringHash& processHash, const StringHash& s
 
 ScopeState& NodeFilter::_stateOf(const StringHash& scopeHash)
 {
-    const boost::lock_guard<boost::mutex> guard(_scopes.lock());
-    return _scopes.acquire(scopeHash);
+    ScopeState* state = _scopes.find(scopeHash);
+    return state ? *state : _scopes.acquire(scopeHash);
 }
 
 // Derived once and then remembered: building the text would cost more than the rest of a cheap node.

@@ -28,7 +28,7 @@ std::uint64_t NodeProcessSource::getUid() const
 // this very source. A second downstream process waits at the upstream process's own lock.
 void NodeProcessSource::_synchronize(const StringHash& processHash, const StringHash&, long long)
 {
-    boost::unique_lock<boost::mutex> lock(_sourceLock);
+    boost::unique_lock<ShortLock> lock(_sourceLock);
     if (Snapshot* snapshot = _snapshots.find(processHash._hash)) {
         ++snapshot->count;
         return;

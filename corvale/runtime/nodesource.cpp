@@ -27,7 +27,7 @@ boost::shared_ptr<Data> NodeSource::requestData(const StringHash& processHash, c
                                                 boost::shared_ptr<Port>)
 {
     {
-        const boost::lock_guard<boost::mutex> guard(_sourceLock);
+        const boost::lock_guard<ShortLock> guard(_sourceLock);
         if (const Snapshot* snapshot = _snapshots.find(processHash._hash))
             return snapshot->data;
     }
@@ -40,7 +40,7 @@ void NodeSource::requestEmpty(const StringHash& processHash, const StringHash&, 
                               boost::shared_ptr<Port>)
 {
     {
-        const boost::lock_guard<boost::mutex> guard(_sourceLock);
+        const boost::lock_guard<ShortLock> guard(_sourceLock);
         if (_snapshots.find(processHash._hash))
             return;
     }
@@ -50,7 +50,7 @@ void NodeSource::requestEmpty(const StringHash& processHash, const StringHash&, 
 
 bool NodeSource::setData(boost::shared_ptr<Data> value)
 {
-    const boost::lock_guard<boost::mutex> guard(_sourceLock);
+    const boost::lock_guard<ShortLock> guard(_sourceLock);
     ++_uid;
     _data.swap(value); // the former value goes with the argument, after the lock
     return true;
@@ -58,19 +58,19 @@ bool NodeSource::setData(boost::shared_ptr<Data> value)
 
 boost::shared_ptr<Data> NodeSource::getData() const
 {
-    const boost::lock_guard<boost::mutex> guard(_sourceLock);
+    const boost::lock_guard<ShortLock> guard(_sourceLock);
     return _data;
 }
 
 std::uint64_t NodeSource::getUid() const
 {
-    const boost::lock_guard<boost::mutex> guard(_sourceLock);
+    const boost::lock_guard<ShortLock> guard(_sourceLock);
     return _uid;
 }
 
 void NodeSource::_synchronize(const StringHash& processHash, const StringHash&, long long)
 {
-    const boost::lock_guard<boost::mutex> guard(_sourceLock);
+    const boost::lock_guard<ShortLock> guard(_sourceLock);
     const auto [snapshot, first] = _snapshots.insert(processHash._hash);
     if (first)
         snapshot->data = _data;
@@ -81,7 +81,7 @@ void NodeSource::_synchronizeRelease(const StringHash& processHash, const String
 {
     Snapshot dropped; // freed without the lock
     {
-        const boost::lock_guard<boost::mutex> guard(_sourceLock);
+        const boost::lock_guard<ShortLock> guard(_sourceLock);
         if (Snapshot* snapshot = _snapshots.find(processHash._hash)) {
             if (--snapshot->count == 0)
                 dropped = _snapshots.take(processHash._hash);

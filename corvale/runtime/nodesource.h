@@ -1,6 +1,7 @@
 #pragma once
 
 #include "corvale/runtime/node.h"
+#include "corvale/runtime/shortlock.h"
 
 namespace ZR::Corvale {
 
@@ -40,7 +41,7 @@ protected:
         boost::shared_ptr<Data> data;
     };
 
-    mutable boost::mutex _sourceLock;
+    mutable ShortLock _sourceLock;
     boost::shared_ptr<Data> _data;  // guarded by _sourceLock
     std::uint64_t _uid = 0;         // guarded by _sourceLock
     FlatTable<Snapshot> _snapshots; // by process, guarded by _sourceLock

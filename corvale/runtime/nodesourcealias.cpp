@@ -45,13 +45,13 @@ std::uint64_t NodeSourceAlias::getUid() const
 
 void NodeSourceAlias::setSource(boost::shared_ptr<NodeSource> source)
 {
-    const boost::lock_guard<boost::mutex> guard(_aliasLock);
+    const boost::lock_guard<ShortLock> guard(_aliasLock);
     _source.swap(source);
 }
 
 boost::shared_ptr<NodeSource> NodeSourceAlias::getSource() const
 {
-    const boost::lock_guard<boost::mutex> guard(_aliasLock);
+    const boost::lock_guard<ShortLock> guard(_aliasLock);
     return _source;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "corvale/runtime/nodesource.h"
+#include "corvale/runtime/shortlock.h"
 
 namespace ZR::Corvale {
 
@@ -33,7 +34,7 @@ private:
     void _synchronizeRelease(const StringHash& processHash, const StringHash& scopeHash,
                              long long depth) override;
 
-    mutable boost::mutex _aliasLock;
+    mutable ShortLock _aliasLock;
     boost::shared_ptr<NodeSource> _source; // guarded by _aliasLock
 };
 

@@ -113,7 +113,9 @@ boost::shared_ptr<Data> Port::requestData(const StringHash& processHash, const S
         return boost::shared_ptr<Data>();
     boost::shared_ptr<Data> value =
         upstream->requestData(processHash, scopeHash, depth + 1, lend(_links.front()));
-    return value ? value : getDefaultData();
+    if (!value)
+        value = getDefaultData();
+    return value;
 }
 
 void Port::requestEmpty(const StringHash& processHash, const StringHash& scopeHash, long long depth)
@@ -169,7 +171,7 @@ void Port::_loadData(const boost::shared_ptr<Data>& value, const StringHash& pro
                      const StringHash& scopeHash, long long depth)
 {
     {
-        const boost::lock_guard<boost::mutex> lock(_loadedDataLock);
+        const boost::lock_guard<ShortLock> lock(_loadedDataLock);
         *_loadedData.insert(scopeHash._hash).first = value;
         _loadedCount.store(static_cast<std::uint32_t>(_loadedData.size()), std::memory_order_release);
     }
@@ -181,7 +183,7 @@ void Port::_unloadData(const StringHash& processHash, const StringHash& scopeHas
 {
     boost::shared_ptr<Data> dropped; // freed without the lock
     if (_loadedCount.load(std::memory_order_acquire) != 0) {
-        const boost::lock_guard<boost::mutex> lock(_loadedDataLock);
+        const boost::lock_guard<ShortLock> lock(_loadedDataLock);
         dropped = _loadedData.take(scopeHash._hash);
         _loadedCount.store(static_cast<std::uint32_t>(_loadedData.size()), std::memory_order_release);
     }
@@ -200,7 +202,7 @@ bool Port::_findLoaded(const StringHash& scopeHash, boost::shared_ptr<Data>* val
 {
     if (_loadedCount.load(std::memory_order_acquire) == 0)
         return false;
-    const boost::lock_guard<boost::mutex> lock(_loadedDataLock);
+    const boost::lock_guard<ShortLock> lock(_loadedDataLock);
     const boost::shared_ptr<Data>* loaded = _loadedData.find(scopeHash._hash);
     if (loaded && value)
         *value = *loaded;

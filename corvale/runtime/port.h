@@ -2,9 +2,9 @@
 
 #include "corvale/data/datatype.h"
 #include "corvale/runtime/flattable.h"
+#include "corvale/runtime/shortlock.h"
 
 #include <boost/shared_ptr.hpp>
-#include <boost/thread/mutex.hpp>
 
 #include <atomic>
 #include <cstdint>
@@ -106,7 +106,7 @@ private:
 
     // How many scopes have a value loaded: most ports never have one, and then need no lock.
     std::atomic<std::uint32_t> _loadedCount{0};
-    mutable boost::mutex _loadedDataLock;
+    mutable ShortLock _loadedDataLock;
     mutable FlatTable<boost::shared_ptr<Data>> _loadedData; // by scope, guarded by _loadedDataLock
 };
 

@@ -45,6 +45,7 @@ std::int64_t wrappingSum(std::int64_t a, std::int64_t b)
 Process::Process(const std::string& name, boost::shared_ptr<NodeFilter> node, unsigned int priority,
                  float frequency)
     : _nameHash(name),
+      _computedName(_nameHash),
       _frequency(frequency),
       _priority(std::min(priority, maximumPriority)),
       _mainNode(node)
@@ -55,21 +56,22 @@ Process::~Process() = default;
 
 const std::string& Process::getName() const
 {
-    const boost::lock_guard<boost::mutex> guard(_nameLock);
+    const boost::lock_guard<ShortLock> guard(_nameLock);
     return *_nameHash._string;
 }
 
 StringHash Process::getNameHash() const
 {
-    const boost::lock_guard<boost::mutex> guard(_nameLock);
+    const boost::lock_guard<ShortLock> guard(_nameLock);
     return _nameHash;
 }
 
 bool Process::setName(const std::string& name)
 {
     const StringHash hash(name);
-    const boost::lock_guard<boost::mutex> guard(_nameLock);
+    const boost::lock_guard<ShortLock> guard(_nameLock);
     _nameHash = hash;
+    _renamed.store(true, std::memory_order_release);
     return true;
 }
 
@@ -175,11 +177,18 @@ bool Process::_noteChanges()
     return changed;
 }
 
-// The name is copied, so that a renaming beside it shows from the next computation on. The period starts
-// when the sources are frozen, however long the filters take.
+// A copy, so that a renaming beside it shows from the next computation on.
+const StringHash& Process::_presentName()
+{
+    if (_renamed.load(std::memory_order_relaxed) && _renamed.exchange(false, std::memory_order_acquire))
+        _computedName = getNameHash();
+    return _computedName;
+}
+
+// The period starts when the sources are frozen, however long the filters take.
 void Process::_compute()
 {
-    const StringHash name = getNameHash();
+    const StringHash& name = _presentName();
     const StringHash& scope = name;
     for (const auto& entry : _sinks)
         entry.second->synchronize(name, scope, 0);

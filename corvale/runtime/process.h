@@ -1,5 +1,6 @@
 #pragma once
 
+#include "corvale/runtime/shortlock.h"
 #include "corvale/runtime/stringhash.h"
 
 #include <boost/shared_ptr.hpp>
@@ -107,6 +108,7 @@ public:
 
 private:
     bool _ownsSink(const std::string& sinkName) const;
+    const StringHash& _presentName();
     bool _noteChanges();
     void _compute();
 
@@ -116,8 +118,10 @@ private:
     std::map<boost::shared_ptr<NodeSource>, std::uint64_t>
         _watchedSources; // last change seen; guarded by _lock
 
-    mutable boost::mutex _nameLock;
+    mutable ShortLock _nameLock;
     StringHash _nameHash; // guarded by _nameLock
+    std::atomic<bool> _renamed{false};
+    StringHash _computedName; // as of the last computation; guarded by _lock
 
     std::atomic<std::int64_t> _lastComputationTime{0}; // microseconds since the epoch; 0 for never
     std::atomic<float> _frequency;

@@ -4,6 +4,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <atomic>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -16,8 +17,8 @@ class Data;
 ///
 ///     resting --synchronize--> open --request--> Computing --> Done --last release--> resting
 ///
-/// Threads: a scope is active in one thread at a time, and only that thread touches its state, but for
-/// what the table's lock guards.
+/// Threads: a scope is active in one thread at a time, and only that thread touches its state. What the
+/// table needs, to tell whose a state is, is atomic.
 struct ScopeState
 {
     enum Progress
@@ -27,8 +28,8 @@ struct ScopeState
         Done
     };
 
-    std::uint64_t key = 0; // the scope's hash; guarded by the table's lock
-    bool active = false;   // not to be given to another scope; guarded by the table's lock
+    std::atomic<std::uint64_t> key{0}; // the scope's hash; changes while the state rests
+    std::atomic<bool> active{false};   // not to be given to another scope
 
     bool open = false;                  // synchronized and not yet released
     std::uint32_t synchronizeCount = 0; // registrations that are not released

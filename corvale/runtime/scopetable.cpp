@@ -6,26 +6,36 @@ namespace ZR::Corvale {
 
 ScopeState& ScopeTable::acquire(const StringHash& scope)
 {
+    const boost::lock_guard<ShortLock> guard(_lock);
     ScopeState** known = _index.find(scope._hash);
     ScopeState& state = known ? **known : _place(scope);
-    state.active = true;
+    state.active.store(true, std::memory_order_release);
+    _latest.store(&state, std::memory_order_release);
     return state;
 }
 
-ScopeState* ScopeTable::findOpen(const StringHash& scope)
+// A state changes hands only while it rests, and its key before it is active again: one that is seen as
+// active under this thread's scope is this thread's own.
+ScopeState* ScopeTable::find(const StringHash& scope)
 {
+    const auto isActive = [&](const ScopeState* state) {
+        return state && state->active.load(std::memory_order_acquire) &&
+               state->key.load(std::memory_order_relaxed) == scope._hash;
+    };
+    ScopeState* latest = _latest.load(std::memory_order_acquire);
+    if (isActive(latest))
+        return latest;
+    const boost::lock_guard<ShortLock> guard(_lock);
     ScopeState** known = _index.find(scope._hash);
-    return known && (*known)->active && (*known)->open ? *known : nullptr;
+    return known && isActive(*known) ? *known : nullptr;
 }
 
-std::vector<boost::shared_ptr<Data>> ScopeTable::settle(ScopeState& state)
+void ScopeTable::settle(ScopeState& state)
 {
-    std::vector<boost::shared_ptr<Data>> held;
-    if (!state.open && !state.used && state.progress == ScopeState::Pending) {
-        held.swap(state.results);
-        state.active = false;
-    }
-    return held;
+    if (state.open || state.used || state.progress != ScopeState::Pending)
+        return;
+    state.results.clear();
+    state.active.store(false, std::memory_order_release);
 }
 
 ScopeState& ScopeTable::_place(const StringHash& scope)
@@ -40,7 +50,7 @@ ScopeState& ScopeTable::_place(const StringHash& scope)
     ScopeState& state = *_free.back();
     *_index.insert(scope._hash).first = &state;
     _free.pop_back();
-    state.key = scope._hash;
+    state.key.store(scope._hash, std::memory_order_relaxed);
     return state;
 }
 

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "corvale/runtime/shortlock.h"
+
 #include <boost/shared_ptr.hpp>
 #include <boost/thread/lock_guard.hpp>
-#include <boost/thread/mutex.hpp>
 
 namespace ZR::Corvale {
 
@@ -14,18 +15,18 @@ class SharedValue
 public:
     boost::shared_ptr<Data> load() const
     {
-        const boost::lock_guard<boost::mutex> guard(_lock);
+        const boost::lock_guard<ShortLock> guard(_lock);
         return _value;
     }
 
     void store(boost::shared_ptr<Data> value)
     {
-        const boost::lock_guard<boost::mutex> guard(_lock);
+        const boost::lock_guard<ShortLock> guard(_lock);
         _value.swap(value); // the former value goes with the argument, after the lock
     }
 
 private:
-    mutable boost::mutex _lock;
+    mutable ShortLock _lock;
     boost::shared_ptr<Data> _value; // guarded by _lock
 };
 
