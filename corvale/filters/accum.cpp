@@ -39,6 +39,24 @@ void accumulate(const cv::Mat& in, cv::Mat& average, int a, int b)
         in, average);
 }
 
+// The same for 16 bits and weights that share 256 between them, in halves of 8 bits whose sums fit into 16.
+void accumulateShares(const cv::Mat& in, cv::Mat& average, int a, int b)
+{
+    const auto weightIn = static_cast<ushort>(a);
+    const auto weightAverage = static_cast<ushort>(b);
+    forEachComponentRow<const ushort, ushort>(
+        [weightIn, weightAverage](std::size_t components, const ushort* in, ushort* average) {
+            for (std::size_t i = 0; i < components; ++i) {
+                const auto high =
+                    static_cast<ushort>((in[i] >> 8) * weightIn + (average[i] >> 8) * weightAverage);
+                const auto low =
+                    static_cast<ushort>((in[i] & 255) * weightIn + (average[i] & 255) * weightAverage);
+                average[i] = static_cast<ushort>(high + (low >> 8));
+            }
+        },
+        in, average);
+}
+
 } // namespace
 
 Accum::Accum() : FilterPrimitive("Accum")
@@ -68,7 +86,9 @@ Values Accum::applyFilter(const Values& inputs, const StringHash& processHash, c
     const float factor = number<float>(inputs[1]);
     const int a = truncate<int>(factor * 256.0f);
     const int b = truncate<int>((1.0f - factor) * 256.0f);
-    if (in.depth() == CV_16U)
+    if (in.depth() == CV_16U && a >= 0 && b >= 0)
+        accumulateShares(in, kept, a, b);
+    else if (in.depth() == CV_16U)
         accumulate<ushort, std::uint32_t>(in, kept, a, b);
     else
         accumulate<uchar, std::uint16_t>(in, kept, a, b);

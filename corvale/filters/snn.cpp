@@ -67,8 +67,12 @@ uchar closer(const uchar* centre, std::ptrdiff_t place)
 void takeMeans(std::size_t pixels, const std::uint16_t* sums, std::int64_t terms, uchar* means)
 {
     const Divisor divisor(static_cast<unsigned int>(terms));
-    for (std::size_t i = 0; i < pixels; ++i)
-        means[i] = static_cast<uchar>(divisor.quotient(sums[i]));
+    if (divisor.isSmall(static_cast<std::uint16_t>(255 * terms))) // so it is for squares of 3 and 5
+        for (std::size_t i = 0; i < pixels; ++i)
+            means[i] = static_cast<uchar>(divisor.smallQuotient(sums[i]));
+    else
+        for (std::size_t i = 0; i < pixels; ++i)
+            means[i] = static_cast<uchar>(divisor.quotient(sums[i]));
 }
 
 void takeMeans(std::size_t pixels, const std::uint64_t* sums, std::int64_t terms, uchar* means)
@@ -109,8 +113,16 @@ void smoothRow(std::size_t pixels, const Square& square, const uchar* in, uchar*
     smoothBlock<Sum>(blockPixels, square, in + last, out + last);
 }
 
+void clearBorder(cv::Mat& result, const cv::Rect& interior)
+{
+    result.rowRange(0, interior.y).setTo(0);
+    result.rowRange(interior.br().y, result.rows).setTo(0);
+    result.colRange(0, interior.x).setTo(0);
+    result.colRange(interior.br().x, result.cols).setTo(0);
+}
+
 template <typename Sum>
-void smooth(const cv::Mat& image, const Square& square, cv::Mat& interior)
+void smooth(const cv::Mat& image, const Square& square, cv::Mat interior)
 {
     const int reach = static_cast<int>(square.reach);
     const auto kernel = [](std::size_t pixels, Square square, const uchar* in, uchar* out) {
@@ -136,14 +148,17 @@ Values SNN::applyFilter(const Values& inputs, const StringHash&, const StringHas
         return {};
     const cv::Mat image = dataToCvMat(inputs[0]);
     const int reach = number<int>(inputs[1]) / 2; // of this size, and of the next one if it is even
-    cv::Mat result = cv::Mat::zeros(image.size(), CV_8UC1);
+    cv::Mat result(image.size(), CV_8UC1);
     if (image.cols > 2 * reach && image.rows > 2 * reach) {
-        cv::Mat interior(result, cv::Rect(reach, reach, image.cols - 2 * reach, image.rows - 2 * reach));
+        const cv::Rect interior(reach, reach, image.cols - 2 * reach, image.rows - 2 * reach);
         const Square square{reach, static_cast<std::ptrdiff_t>(image.step[0])};
         if (square.pairs() < std::numeric_limits<std::uint16_t>::max() / 255)
-            smooth<std::uint16_t>(image, square, interior);
+            smooth<std::uint16_t>(image, square, result(interior));
         else
-            smooth<std::uint64_t>(image, square, interior);
+            smooth<std::uint64_t>(image, square, result(interior));
+        clearBorder(result, interior);
+    } else {
+        result.setTo(0);
     }
     return one(cvMatToData(result, DataType::GrayscaleImage, inputs[0]));
 }

@@ -43,7 +43,8 @@ void thresholdColours(const cv::Mat& image, int ceil, cv::Mat& mask)
         [level](std::size_t pixels, const uchar* colours, uchar* out) {
             for (std::size_t i = 0; i < pixels; ++i) {
                 const uchar* colour = colours + 3 * i;
-                out[i] = static_cast<ushort>(colour[0] + colour[1] + colour[2]) > level;
+                const int beyond = level - (colour[0] + colour[1] + colour[2]);
+                out[i] = static_cast<uchar>(static_cast<ushort>(beyond) >> 15); // its sign
             }
         },
         image, mask);
