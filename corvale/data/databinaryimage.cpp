@@ -10,7 +10,8 @@ const std::string LogCategory = rk::log::addCategory("corvale.databinaryimage");
 
 boost::shared_ptr<ColorImage> BinaryImage::toColorImage()
 {
-    return paint(*this, LogCategory, [](const unsigned char* pixel) { return *pixel ? White : Black; });
+    return paint<Colors::Computed>(*this, LogCategory,
+                                   [](const unsigned char* pixel) { return *pixel ? White : Black; });
 }
 
 } // namespace ZR::Corvale::Type

@@ -28,8 +28,9 @@ std::array<PackedColor, Farthest + 1> distanceColors()
 boost::shared_ptr<ColorImage> DepthImage::toColorImage()
 {
     static const auto colors = distanceColors();
-    return paint(*this, LogCategory,
-                 [](const unsigned short* pixel) { return colors[std::min<int>(*pixel, Farthest)]; });
+    return paint<Colors::LookedUp>(*this, LogCategory, [](const unsigned short* pixel) {
+        return colors[std::min<int>(*pixel, Farthest)];
+    });
 }
 
 } // namespace ZR::Corvale::Type

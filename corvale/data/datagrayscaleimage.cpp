@@ -10,8 +10,8 @@ const std::string LogCategory = rk::log::addCategory("corvale.datagrayscaleimage
 
 boost::shared_ptr<ColorImage> GrayscaleImage::toColorImage()
 {
-    return paint(*this, LogCategory,
-                 [](const unsigned char* pixel) { return packed(*pixel, *pixel, *pixel); });
+    return paint<Colors::Computed>(*this, LogCategory,
+                                   [](const unsigned char* pixel) { return packed(*pixel, *pixel, *pixel); });
 }
 
 } // namespace ZR::Corvale::Type

@@ -30,7 +30,7 @@ boost::shared_ptr<ColorImage> LabelImage::toColorImage()
         return {};
     std::vector<PackedColor> ids(greatestLabel(mat) + 1); // by label, the index of its first pixel
     PackedColor index = 0;
-    return paint(*this, LogCategory, [&ids, &index](const int* label) {
+    return paint<Colors::LookedUp>(*this, LogCategory, [&ids, &index](const int* label) {
         const PackedColor current = index++;
         if (*label <= 0 || static_cast<std::size_t>(*label) >= ids.size())
             return Black;

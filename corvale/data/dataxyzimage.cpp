@@ -22,7 +22,7 @@ PackedColor pointColor(float x)
 
 boost::shared_ptr<ColorImage> XYZImage::toColorImage()
 {
-    return paint(*this, LogCategory, [](const float* point) { return pointColor(*point); });
+    return paint<Colors::Computed>(*this, LogCategory, [](const float* point) { return pointColor(*point); });
 }
 
 } // namespace ZR::Corvale::Type

@@ -63,25 +63,39 @@ inline void putColor(unsigned char* pixel, PackedColor color)
 template <int C, typename T, typename ColorOf>
 void paintRow(const T* in, unsigned char* out, int width, ColorOf& colorOf)
 {
-    constexpr int BlockSize = 256; // colours are computed in one loop and stored in another: both are fast
+    if (width == 0)
+        return;
+    for (int x = 0; x < width - 1; ++x)
+        putColor(out + x * 3, colorOf(in + x * C));
+    unsigned char last[4];
+    putColor(last, colorOf(in + (width - 1) * C));
+    std::memcpy(out + (width - 1) * 3, last, 3);
+}
+
+// The same where colours are computed, not looked up: in a loop of its own, which the compiler vectorises.
+template <int C, typename T, typename ColorOf>
+void paintRowInBlocks(const T* in, unsigned char* out, int width, ColorOf& colorOf)
+{
+    constexpr int BlockSize = 256;
     std::array<PackedColor, BlockSize> colors;
+    const auto computed = [](const PackedColor* color) { return *color; };
     for (int begin = 0; begin < width; begin += BlockSize) {
         const int size = std::min(BlockSize, width - begin);
         for (int i = 0; i < size; ++i)
-            colors[i] = colorOf(in + i * C);
-        for (int i = 0; i < size - 1; ++i)
-            putColor(out + i * 3, colors[i]);
-        unsigned char last[4];
-        putColor(last, colors[size - 1]);
-        std::memcpy(out + (size - 1) * 3, last, 3);
-        in += size * C;
-        out += size * 3;
+            colors[i] = colorOf(in + (begin + i) * C);
+        paintRow<1>(colors.data(), out + begin * 3, size, computed);
     }
 }
 
+enum class Colors
+{
+    LookedUp,
+    Computed
+};
+
 // A picture of the same size, painted pixel by pixel, row by row. Null and one error line if the matrix is
 // not of its kind.
-template <typename T, int C, typename ColorOf>
+template <Colors Source, typename T, int C, typename ColorOf>
 boost::shared_ptr<ColorImage> paint(const Image<T, C>& image, const std::string& category, ColorOf colorOf)
 {
     if (!isOfItsKind(image, "toColorImage", category))
@@ -90,7 +104,10 @@ boost::shared_ptr<ColorImage> paint(const Image<T, C>& image, const std::string&
     auto picture =
         boost::make_shared<ColorImage>(static_cast<unsigned>(mat.cols), static_cast<unsigned>(mat.rows));
     for (int y = 0; y < mat.rows; ++y)
-        paintRow<C>(mat.ptr<T>(y), picture->mat.ptr(y), mat.cols, colorOf);
+        if constexpr (Source == Colors::Computed)
+            paintRowInBlocks<C>(mat.ptr<T>(y), picture->mat.ptr(y), mat.cols, colorOf);
+        else
+            paintRow<C>(mat.ptr<T>(y), picture->mat.ptr(y), mat.cols, colorOf);
     return picture;
 }
 
