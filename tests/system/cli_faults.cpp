@@ -7,9 +7,11 @@ class CliFaults : public support::CliRunner
 protected:
     CliFaults()
     {
-        write("p.fgs",
-              "source in { } source other { 3 } process p(Identity, 3, 10.0) { in <= in; out => out }"
-              "process n(Identity, 3, 10.0) { in <= other; out => out }");
+        write(
+            "p.fgs",
+            "source in { } source other { 3 } process p(Identity, 3, 10.0) { in <= in; out => out }"
+            "process n(Identity, 3, 10.0) { in <= other; out => out }"
+            "filter Negative { Invert x; x <= in; x => out } filter Edge { Invert x; x <= edge; x => out }");
         writeVideo("v.avi", 30, 10.0);
     }
 
@@ -31,6 +33,8 @@ protected:
 TEST_F(CliFaults, WrongArgumentsAreNamedWithTheirRemedy)
 {
     expectFaults("wrong_arguments.txt");
+    for (const auto& [command, part] : rows("drawing.txt"))
+        expectFault(shell(command), command, part);
     EXPECT_EQ(frames("v.avi").size(), 30u);
 }
 
@@ -67,6 +71,7 @@ TEST_F(CliFaults, FailingProgramsAndFiltersEndTheRun)
     write("broken.fgs", "process p(Nothing, 3, 10.0) { in <= 1 }");
     const Result broken = run("broken.fgs");
     EXPECT_EQ(broken.exitCode, 3);
+    EXPECT_EQ(shell("corvale draw broken.fgs Nothing").exitCode, 3);
     EXPECT_NE(broken.errors.find("\"Nothing\" is not present in the filter library"), std::string::npos);
 
     write("add.fgs", "source a { } source b { } process p(Add, 3, 10.0) { left <= a; right <= b; out => o }");
