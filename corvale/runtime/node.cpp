@@ -39,34 +39,35 @@ boost::shared_ptr<Port> Node::getOutput(const std::string& name) const
 
 void Node::synchronize(const StringHash& processHash, const StringHash& scopeHash, long long depth)
 {
-    ScopeState& state = _scopes.acquire(scopeHash);
-    ++state.synchronizeCount;
-    if (!state.open) {
-        state.open = true;
+    ScopeState& state = _scopes.enter(scopeHash);
+    if (!_inputs.empty() && state.synchronizeCount == 1)
         for (const boost::shared_ptr<Port>& input : _inputs)
             if (Node* upstream = input->getUpstream())
                 upstream->synchronize(processHash, scopeHash, depth + 1);
-    }
     _arrive(state, processHash, scopeHash, depth);
 }
 
 void Node::synchronizeRelease(const StringHash& processHash, const StringHash& scopeHash, long long depth)
 {
-    ScopeState* state = _scopes.find(scopeHash);
-    if (!state || !state->open) {
+    if (!_release(processHash, scopeHash, depth))
         RK_LOG(rk::log::Fatal, category) << _name << "->synchronizeRelease(" << *processHash._string
                                          << "): Invalid release on process " << *processHash._string;
-        return;
-    }
-    if (--state->synchronizeCount == 0)
-        state->open = false;
+}
+
+bool Node::_release(const StringHash& processHash, const StringHash& scopeHash, long long depth)
+{
+    ScopeState* state = _scopes.find(scopeHash);
+    if (!state || state->synchronizeCount == 0)
+        return false;
+    --state->synchronizeCount;
     _leave(*state, processHash, scopeHash, depth);
     _scopes.settle(*state);
+    return true;
 }
 
 std::optional<std::uint32_t> Node::_openCount(const ScopeState& state)
 {
-    return state.open ? std::optional<std::uint32_t>(state.synchronizeCount) : std::nullopt;
+    return state.synchronizeCount != 0 ? std::optional<std::uint32_t>(state.synchronizeCount) : std::nullopt;
 }
 
 std::size_t Node::activeScopes()
@@ -87,18 +88,8 @@ void Node::_reportLeft(const std::string& logCategory, const char* title, CountO
         RK_LOG(rk::log::Fatal, logCategory) << _name << title << "\n" << lines.str();
 }
 
-void Node::_synchronize(const StringHash&, const StringHash&, long long) {}
+void Node::_arrive(ScopeState&, const StringHash&, const StringHash&, long long) {}
 
-void Node::_synchronizeRelease(const StringHash&, const StringHash&, long long) {}
-
-void Node::_arrive(ScopeState&, const StringHash& processHash, const StringHash& scopeHash, long long depth)
-{
-    _synchronize(processHash, scopeHash, depth);
-}
-
-void Node::_leave(ScopeState&, const StringHash& processHash, const StringHash& scopeHash, long long depth)
-{
-    _synchronizeRelease(processHash, scopeHash, depth);
-}
+void Node::_leave(ScopeState&, const StringHash&, const StringHash&, long long) {}
 
 } // namespace ZR::Corvale

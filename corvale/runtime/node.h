@@ -85,14 +85,11 @@ protected:
     ScopeTable _scopes;
 
 private:
-    // What a kind of node does at every arrival and at every release.
-    virtual void _synchronize(const StringHash& processHash, const StringHash& scopeHash, long long depth);
-    virtual void _synchronizeRelease(const StringHash& processHash, const StringHash& scopeHash,
-                                     long long depth);
-
-    // The same for a kind of node that keeps what it needs in the scope's state.
+    // What a kind of node does at every arrival; takes one registration back, false if there is none.
     virtual void _arrive(ScopeState& state, const StringHash& processHash, const StringHash& scopeHash,
                          long long depth);
+    virtual bool _release(const StringHash& processHash, const StringHash& scopeHash, long long depth);
+    // What a kind of node does when `_release` takes one back.
     virtual void _leave(ScopeState& state, const StringHash& processHash, const StringHash& scopeHash,
                         long long depth);
 

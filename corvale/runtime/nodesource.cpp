@@ -68,6 +68,20 @@ std::uint64_t NodeSource::getUid() const
     return _uid;
 }
 
+void NodeSource::_arrive(ScopeState&, const StringHash& processHash, const StringHash& scopeHash,
+                         long long depth)
+{
+    _synchronize(processHash, scopeHash, depth);
+}
+
+bool NodeSource::_release(const StringHash& processHash, const StringHash& scopeHash, long long depth)
+{
+    if (!_scopes.leave(scopeHash))
+        return false;
+    _synchronizeRelease(processHash, scopeHash, depth);
+    return true;
+}
+
 void NodeSource::_synchronize(const StringHash& processHash, const StringHash&, long long)
 {
     const boost::lock_guard<ShortLock> guard(_sourceLock);

@@ -47,9 +47,15 @@ protected:
     FlatTable<Snapshot> _snapshots; // by process, guarded by _sourceLock
 
 private:
-    void _synchronize(const StringHash& processHash, const StringHash& scopeHash, long long depth) override;
-    void _synchronizeRelease(const StringHash& processHash, const StringHash& scopeHash,
-                             long long depth) override;
+    // Processes of one name, of which one has left the engine's table, share a scope here and nowhere else:
+    // what a source keeps is under a lock.
+    void _arrive(ScopeState& state, const StringHash& processHash, const StringHash& scopeHash,
+                 long long depth) final;
+    bool _release(const StringHash& processHash, const StringHash& scopeHash, long long depth) final;
+
+    virtual void _synchronize(const StringHash& processHash, const StringHash& scopeHash, long long depth);
+    virtual void _synchronizeRelease(const StringHash& processHash, const StringHash& scopeHash,
+                                     long long depth);
 
     std::vector<std::string> _dependencies; // fixed once the source is built
 };

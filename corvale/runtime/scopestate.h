@@ -31,7 +31,6 @@ struct ScopeState
     std::atomic<std::uint64_t> key{0}; // the scope's hash; changes while the state rests
     std::atomic<bool> active{false};   // not to be given to another scope
 
-    bool open = false;                  // synchronized and not yet released
     std::uint32_t synchronizeCount = 0; // registrations that are not released
 
     // Of filter nodes alone.

@@ -7,6 +7,30 @@ namespace ZR::Corvale {
 ScopeState& ScopeTable::acquire(const StringHash& scope)
 {
     const boost::lock_guard<ShortLock> guard(_lock);
+    return _acquire(scope);
+}
+
+ScopeState& ScopeTable::enter(const StringHash& scope)
+{
+    const boost::lock_guard<ShortLock> guard(_lock);
+    ScopeState& state = _acquire(scope);
+    ++state.synchronizeCount;
+    return state;
+}
+
+bool ScopeTable::leave(const StringHash& scope)
+{
+    const boost::lock_guard<ShortLock> guard(_lock);
+    ScopeState** known = _index.find(scope._hash);
+    if (!known || (*known)->synchronizeCount == 0)
+        return false;
+    if (--(*known)->synchronizeCount == 0)
+        (*known)->active.store(false, std::memory_order_release);
+    return true;
+}
+
+ScopeState& ScopeTable::_acquire(const StringHash& scope)
+{
     ScopeState** known = _index.find(scope._hash);
     ScopeState& state = known ? **known : _place(scope);
     state.active.store(true, std::memory_order_release);
@@ -32,7 +56,7 @@ ScopeState* ScopeTable::find(const StringHash& scope)
 
 void ScopeTable::settle(ScopeState& state)
 {
-    if (state.open || state.used || state.progress != ScopeState::Pending)
+    if (state.synchronizeCount != 0 || state.used || state.progress != ScopeState::Pending)
         return;
     state.results.clear();
     state.active.store(false, std::memory_order_release);

@@ -19,7 +19,7 @@ namespace ZR::Corvale {
 /// the scope that it derived and the room of its vectors, and the next computation allocates nothing.
 /// Once a few dozen states rest, they are given to other scopes: the table stays as small as the
 /// number of scopes that are active at once.
-/// Threads: thread-safe. Since a scope is active in one thread at a time, that thread finds and rests its
+/// Threads: thread-safe. Where a scope is active in one thread at a time, that thread finds and rests its
 /// state without the lock, as long as no other scope came to the node after it; taking a state out of
 /// rest needs the lock. The address of an active state holds.
 class ScopeTable
@@ -27,7 +27,15 @@ class ScopeTable
 public:
     /// The active state of a scope, taken out of rest or made if need be.
     ScopeState& acquire(const StringHash& scope);
-    /// The active state of a scope, or null.
+    /// The same, with one registration more.
+    ScopeState& enter(const StringHash& scope);
+    /// Takes one registration back from a scope, which may be active in several threads, and rests its
+    /// state with the last one. False if there is none.
+    bool leave(const StringHash& scope);
+
+    // For the one thread of a scope.
+
+    /// Its active state, or null.
     ScopeState* find(const StringHash& scope);
     /// Puts a state to rest if nothing of a computation is left in it.
     void settle(ScopeState& state);
@@ -43,6 +51,8 @@ public:
     }
 
 private:
+    // Caller holds the lock.
+    ScopeState& _acquire(const StringHash& scope);
     ScopeState& _place(const StringHash& scope);
     void _freeResting();
 
