@@ -4,17 +4,16 @@
 
 namespace ZR::Corvale::Filters {
 
-/// Divides many numbers of up to 16 bits by one, cutting off the fraction as integers do, in steps that
-/// vectorise: there is no vector instruction that divides integers.
+/// Divides many numbers by one, cutting off the fraction as integers do, in steps that vectorise: there is no
+/// vector instruction that divides integers. (By a constant the compiler finds such steps itself.)
 /// Threads: immutable.
 class Divisor
 {
 public:
-    /// `divisor` is 1..65535.
+    /// `divisor` is 1..65535, and up to 256 where bytes are divided.
     explicit Divisor(unsigned int divisor)
-        : _divisor(divisor),
-          _reciprocal(1.0f / static_cast<float>(divisor)),
-          _share(static_cast<std::uint16_t>(65535 / divisor))
+        : _reciprocal(1.0f / static_cast<float>(divisor)),
+          _share(65535 / divisor)
     {
     }
 
@@ -25,28 +24,18 @@ public:
         return static_cast<std::uint16_t>(
             static_cast<int>((static_cast<float>(number) + 0.5f) * _reciprocal));
     }
-    /// A byte by a divisor up to 256, which is small enough.
-    unsigned char quotient(unsigned char number) const
-    {
-        return static_cast<unsigned char>(smallQuotient(number));
-    }
 
-    /// Twice as fast, for numbers that are small enough.
-    ///
-    /// The share is below 65536 / divisor by at most 1, so that (number + 1) * share / 65536 is below
-    /// (number + 1) / divisor by at most (number + 1) / 65536. That is at most 1 / divisor: what is left is
-    /// below (number + 1) / divisor and not below number / divisor, between which lies no integer.
-    std::uint16_t smallQuotient(std::uint16_t number) const
+    /// Multiplies by the share of 65535. It is below 65536 / divisor by at most 1, so that the product is
+    /// below (number + 1) / divisor, but by no more than (number + 1) / 65536, which is at most 1 / divisor.
+    /// From number / divisor up to there no integer begins.
+    std::uint8_t quotient(std::uint8_t number) const
     {
-        return static_cast<std::uint16_t>(std::uint32_t{static_cast<std::uint16_t>(number + 1)} * _share >>
-                                          16);
+        return static_cast<std::uint8_t>((number + 1u) * _share >> 16);
     }
-    bool isSmall(std::uint16_t number) const { return (number + 1u) * _divisor <= 65536 && number < 65535; }
 
 private:
-    unsigned int _divisor;
     float _reciprocal;
-    std::uint16_t _share;
+    std::uint32_t _share;
 };
 
 } // namespace ZR::Corvale::Filters

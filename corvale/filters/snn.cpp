@@ -64,15 +64,27 @@ uchar closer(const uchar* centre, std::ptrdiff_t place)
     return static_cast<uchar>(b ^ ((a ^ b) & mask));
 }
 
+template <unsigned int Terms>
+void takeMeansOf(std::size_t pixels, const std::uint16_t* sums, uchar* means)
+{
+    for (std::size_t i = 0; i < pixels; ++i)
+        means[i] = static_cast<uchar>(sums[i] / Terms);
+}
+
+// By a constant, division takes half the time: it is one for squares of 3, 5 and 7.
 void takeMeans(std::size_t pixels, const std::uint16_t* sums, std::int64_t terms, uchar* means)
 {
+    switch (terms) {
+    case 5:
+        return takeMeansOf<5>(pixels, sums, means);
+    case 13:
+        return takeMeansOf<13>(pixels, sums, means);
+    case 25:
+        return takeMeansOf<25>(pixels, sums, means);
+    }
     const Divisor divisor(static_cast<unsigned int>(terms));
-    if (divisor.isSmall(static_cast<std::uint16_t>(255 * terms))) // so it is for squares of 3 and 5
-        for (std::size_t i = 0; i < pixels; ++i)
-            means[i] = static_cast<uchar>(divisor.smallQuotient(sums[i]));
-    else
-        for (std::size_t i = 0; i < pixels; ++i)
-            means[i] = static_cast<uchar>(divisor.quotient(sums[i]));
+    for (std::size_t i = 0; i < pixels; ++i)
+        means[i] = static_cast<uchar>(divisor.quotient(sums[i]));
 }
 
 void takeMeans(std::size_t pixels, const std::uint64_t* sums, std::int64_t terms, uchar* means)
