@@ -2,8 +2,10 @@
 
 #include "corvale/data/data.h"
 #include "corvale/runtime/process.h"
+#include "engine/allocations.h"
 #include "engine/graphs.h"
 #include "engine/peers.h"
+#include "rk/os.h"
 
 #include <benchmark/benchmark.h>
 #include <boost/make_shared.hpp>
@@ -12,25 +14,54 @@ namespace {
 
 using ZR::Corvale::Data;
 
-// 0 nodes, if it could be built: what a computation costs before any node inside the process's filter.
+// What every computation costs, whatever its filters do: source, sink and a due `update`.
 void computation(benchmark::State& state)
 {
-    graphs::OneProcess graph = graphs::makeProcess("p", graphs::chain(1));
+    graphs::OneProcess graph = graphs::makeBareProcess("p");
     const auto value = boost::make_shared<Data>(1);
     for (auto _ : state)
         graph.compute(value);
 }
 BENCHMARK(computation);
 
+// A computation asks the time twice.
+void twoClockReads(benchmark::State& state)
+{
+    timeval now{};
+    for (auto _ : state)
+        for (int i = 0; i < 2; ++i) {
+            rk::os::gettimeofday(&now);
+            benchmark::DoNotOptimize(now);
+        }
+}
+BENCHMARK(twoClockReads);
+
 void notDue(benchmark::State& state)
 {
     graphs::OneProcess graph = graphs::makeProcess("p", graphs::chain(1));
     graph.compute(boost::make_shared<Data>(1));
     graph.process->setFrequency(0.001f);
+    const long long before = allocations::count();
     for (auto _ : state)
         graph.process->update();
+    if (allocations::count() != before)
+        state.SkipWithError("it allocates");
 }
 BENCHMARK(notDue);
+
+// Not a time: allocations per node and computation, of which one is the filter's result.
+void chainAllocations(benchmark::State& state)
+{
+    graphs::OneProcess graph = graphs::makeProcess("p", graphs::chain(100));
+    const auto value = boost::make_shared<Data>(1);
+    graph.compute(value);
+    const long long before = allocations::count();
+    for (auto _ : state)
+        graph.compute(value);
+    state.counters["ns"] = static_cast<double>(allocations::count() - before) /
+                           (100.0 * static_cast<double>(state.iterations()));
+}
+BENCHMARK(chainAllocations);
 
 void chain(benchmark::State& state)
 {

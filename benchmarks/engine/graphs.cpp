@@ -83,12 +83,21 @@ boost::shared_ptr<Filter> nested(int depth)
 
 OneProcess::OneProcess(const std::string& name, const boost::shared_ptr<Filter>& filter,
                        const boost::shared_ptr<NodeSource>& input)
+    : OneProcess(name, boost::make_shared<NodeFilter>(name + "_" + filter->getName(), filter), input)
+{
+}
+
+OneProcess::OneProcess(const std::string& name, const boost::shared_ptr<NodeFilter>& node,
+                       const boost::shared_ptr<NodeSource>& input)
     : source(input)
 {
-    const auto node = boost::make_shared<NodeFilter>(name + "_" + filter->getName(), filter);
     const auto sink = boost::make_shared<NodeSink>("out");
-    node->getInputs().front()->attach(source->getOutput("out"));
-    sink->getInput("in")->attach(node->getOutputs().front());
+    if (node) {
+        node->getInputs().front()->attach(source->getOutput("out"));
+        sink->getInput("in")->attach(node->getOutputs().front());
+    } else {
+        sink->getInput("in")->attach(source->getOutput("out"));
+    }
     process = boost::make_shared<Process>(name, node, Process::defaultPriority, 1e9f);
     process->addSource(source);
     process->watchSource(source);
@@ -104,6 +113,11 @@ void OneProcess::compute(const boost::shared_ptr<Data>& value)
 OneProcess makeProcess(const std::string& name, const boost::shared_ptr<Filter>& filter)
 {
     return OneProcess(name, filter, boost::make_shared<NodeSource>("in"));
+}
+
+OneProcess makeBareProcess(const std::string& name)
+{
+    return OneProcess(name, boost::shared_ptr<NodeFilter>(), boost::make_shared<NodeSource>("in"));
 }
 
 std::string chainText(int nodes)

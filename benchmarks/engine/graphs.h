@@ -8,7 +8,7 @@ namespace ZR::Corvale {
 class Data;
 class Filter;
 class FilterComposite;
-class NodeSink;
+class NodeFilter;
 class NodeSource;
 class Process;
 } // namespace ZR::Corvale
@@ -18,6 +18,7 @@ namespace graphs {
 
 using ZR::Corvale::Data;
 using ZR::Corvale::Filter;
+using ZR::Corvale::NodeFilter;
 using ZR::Corvale::NodeSource;
 using ZR::Corvale::Process;
 
@@ -38,6 +39,9 @@ struct OneProcess
 {
     OneProcess(const std::string& name, const boost::shared_ptr<Filter>& filter,
                const boost::shared_ptr<NodeSource>& source);
+    /// Without a node the sink reads the source.
+    OneProcess(const std::string& name, const boost::shared_ptr<NodeFilter>& node,
+               const boost::shared_ptr<NodeSource>& source);
 
     /// One computation with a new value.
     void compute(const boost::shared_ptr<Data>& value);
@@ -47,6 +51,9 @@ struct OneProcess
 };
 
 OneProcess makeProcess(const std::string& name, const boost::shared_ptr<Filter>& filter);
+
+/// The same without a filter: source -> sink.
+OneProcess makeBareProcess(const std::string& name);
 
 /// A program text: a filter "Chain" of so many `Identity` nodes.
 std::string chainText(int nodes);

@@ -5,6 +5,8 @@
 #include <tbb/flow_graph.h>
 #include <tbb/global_control.h>
 
+#include <sys/resource.h>
+
 #include <memory>
 #include <tuple>
 #include <vector>
@@ -25,6 +27,15 @@ inline void perItem(benchmark::State& state, double items)
 {
     state.counters["ns"] = benchmark::Counter(static_cast<double>(state.iterations()) * items * 1e-9,
                                               benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+}
+
+/// What this program has used of the processor so far, on all threads.
+inline double cpuSeconds()
+{
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+           1e-6 * static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec);
 }
 
 /// Keeps oneTBB to the calling thread.

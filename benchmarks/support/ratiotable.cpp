@@ -22,8 +22,14 @@ void RatioTable::ReportRuns(const std::vector<Run>& runs)
         const auto counter = run.counters.find("ns");
         const double figure =
             counter != run.counters.end() ? counter->second.value : run.GetAdjustedRealTime();
-        const auto known = _least.emplace(name, figure).first;
-        known->second = std::min(known->second, figure);
+        const auto note = [&](const std::string& of, double value) {
+            const auto known = _least.emplace(of, value).first;
+            known->second = std::min(known->second, value);
+        };
+        note(name, figure);
+        for (const auto& [suffix, value] : run.counters)
+            if (suffix.front() == '/')
+                note(name + suffix, value);
     }
 }
 

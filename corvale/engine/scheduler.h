@@ -87,6 +87,7 @@ private:
     boost::shared_ptr<Process> _takeFromWorkList(Dropped& dropped);
     void _release(const boost::shared_ptr<Process>& process);
     void _sleep(long long microseconds, std::uint64_t wakesSeen);
+    void _noteLateness(long long microseconds);
     void _wake(bool everyWorker);
 
     CorvalePrivate* const _engine; // owner
@@ -113,7 +114,8 @@ private:
 
     boost::mutex _sleepMutex; // innermost
     boost::condition_variable _sleepers;
-    std::uint64_t _wakes = 0; // reasons to stay awake so far; guarded by _sleepMutex
+    std::atomic<std::uint64_t> _wakes{0}; // reasons to stay awake so far; counted under _sleepMutex
+    std::atomic<long long> _lateness{0};  // microseconds by which nine of ten sleeps end too late
 };
 
 } // namespace ZR::Corvale
