@@ -1,5 +1,7 @@
 #pragma once
 
+#include "corvale/filters/bits.h"
+
 #include <opencv2/core/mat.hpp>
 
 #include <cstddef>
@@ -39,30 +41,33 @@ public:
     cv::Mat unifyLabels();
 
 private:
-    // Pixels side by side that belong together and have one label. Label 0: none yet.
+    // Pixels side by side that have one label, up to the next stretch or the end of the row. Background has
+    // the label 0.
     struct Stretch
     {
         int begin;
-        int end;
         int label;
     };
+    template <typename Component, typename Belonging>
+    class RowScan;
 
     template <typename Component, typename Belonging>
     void scanRows(const cv::Mat& image, const Belonging& belonging);
-    template <typename Component, typename Belonging>
-    void scanRun(const Component* row, const Component* above, Stretch run, int end,
-                 const Belonging& belonging);
-    void proceed(Stretch& run, int end, int label);
-    void proceedAlone(Stretch& run, int end);
-    void proceedWith(Stretch& run, int labelAbove, int end);
+    void beginRow();
+    template <typename Visitor>
+    void forEachStretch(int row, const Visitor& visit) const;
     void write(cv::Mat& labels) const;
 
     cv::Size _size;
-    std::vector<Stretch> _stretches; // in the order of the scan
+    std::vector<Stretch> _stretches; // one for nothing, then those of the image in the order of the scan
     std::vector<std::size_t> _rows;  // the first stretch of each row, and the end of the last
     std::vector<int> _equivalences;  // by label, one that is lesser, or the same at the root of a region
-    std::vector<int> _runs;          // of the row at work
-    std::size_t _above = 0;          // the first stretch of the row above that may touch the run at work
+    std::size_t _stretchCount = 0;   // so many of `_stretches` count,
+    int _labelCount = 0;             // and so many of `_equivalences`
+
+    // Where stretches begin in the row at work and in the one above, a bit for each pixel but the first.
+    std::vector<BitWord> _begins, _aboveBegins;
+    std::size_t _aboveFirst = 0; // the first stretch of the row above
 };
 
 } // namespace ZR::Corvale::Filters

@@ -31,20 +31,18 @@ __attribute__((target("avx512vbmi"), flatten, noinline)) void runAvx512(const Ke
 #endif
 
 /// Calls `kernel(arguments...)`, a plain loop that the compiler can vectorise, compiled for the
-/// instructions of the processor at hand. The kernel computes with integers only or in single rounded
-/// steps, so that its result is the same everywhere.
-template <typename Kernel, typename... Arguments>
+/// instructions of the processor at hand, up to the widest set that is of use. The kernel computes with
+/// integers only or in single rounded steps, so that its result is the same everywhere.
+template <InstructionSet Widest = InstructionSet::Avx512, typename Kernel, typename... Arguments>
 void runVectorised(const Kernel& kernel, Arguments... arguments)
 {
 #if defined(__GNUC__) && defined(__x86_64__)
-    switch (instructionSet()) {
-    case InstructionSet::Avx512:
-        return runAvx512(kernel, arguments...);
-    case InstructionSet::Avx2:
+    const InstructionSet set = instructionSet();
+    if constexpr (Widest == InstructionSet::Avx512)
+        if (set == InstructionSet::Avx512)
+            return runAvx512(kernel, arguments...);
+    if (set != InstructionSet::Baseline)
         return runAvx2(kernel, arguments...);
-    case InstructionSet::Baseline:
-        break;
-    }
 #endif
     kernel(arguments...);
 }
