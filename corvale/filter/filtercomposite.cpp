@@ -18,13 +18,17 @@ const std::string category = rk::log::addCategory("corvale.Composite ");
 class LoadedInputs
 {
 public:
-    LoadedInputs(std::vector<boost::shared_ptr<Port>>& ports,
-                 const std::vector<boost::shared_ptr<Data>>& values, const StringHash& processHash,
+    LoadedInputs(std::vector<boost::shared_ptr<Port>>& ports, const StringHash& processHash,
                  const StringHash& scopeHash, long long depth)
         : _ports(ports),
           _processHash(processHash),
           _scopeHash(scopeHash),
           _depth(depth)
+    {
+    }
+    LoadedInputs(const LoadedInputs&) = delete;
+    LoadedInputs& operator=(const LoadedInputs&) = delete;
+    void load(const std::vector<boost::shared_ptr<Data>>& values)
     {
         Port::loadData(_ports, values, _processHash, _scopeHash, _depth);
     }
@@ -105,19 +109,29 @@ FilterComposite::applyFilter(const std::vector<boost::shared_ptr<Data>>& inputs,
         RK_LOG(rk::log::Fatal, category) << _name << "->applyFilter(): missing input data";
         return {};
     }
-    const LoadedInputs loaded(_inputs, inputs, processHash, scopeHash, depth);
+    LoadedInputs loaded(_inputs, processHash, scopeHash, depth);
+    loaded.load(inputs);
     std::vector<boost::shared_ptr<Data>> results;
     results.reserve(_outputs.size());
     for (const boost::shared_ptr<Port>& output : _outputs)
-        results.push_back(output->getNode()->requestData(processHash, scopeHash, depth + 1, output));
+        results.push_back(
+            output->getNode()->requestData(processHash, scopeHash, depth + 1, Port::lend(output)));
     return results;
 }
 
 void FilterComposite::abortFilter(const StringHash& processHash, const StringHash& scopeHash, long long depth)
 {
     for (const boost::shared_ptr<Port>& output : _outputs)
-        output->getNode()->requestEmpty(processHash, scopeHash, depth + 1, output);
+        output->getNode()->requestEmpty(processHash, scopeHash, depth + 1, Port::lend(output));
     Port::unloadData(_inputs, processHash, scopeHash, depth);
+}
+
+void FilterComposite::abandon(const StringHash& processHash, const StringHash& scopeHash)
+{
+    for (const boost::shared_ptr<Port>& output : _outputs)
+        if (Node* node = output->getNode())
+            node->abandon(processHash, scopeHash);
+    Port::unloadData(_inputs, processHash, scopeHash, 0);
 }
 
 std::string FilterComposite::dumpToDot(long& counter, int depth) const

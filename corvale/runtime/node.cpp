@@ -65,6 +65,26 @@ bool Node::_release(const StringHash& processHash, const StringHash& scopeHash, 
     return true;
 }
 
+// Whoever is registered upstream is active itself: where nothing is left, nothing lies behind.
+void Node::abandon(const StringHash& processHash, const StringHash& scopeHash)
+{
+    if (!_forget(processHash, scopeHash))
+        return;
+    for (const boost::shared_ptr<Port>& input : _inputs)
+        if (Node* upstream = input->getUpstream())
+            upstream->abandon(processHash, scopeHash);
+}
+
+bool Node::_forget(const StringHash&, const StringHash& scopeHash)
+{
+    ScopeState* state = _scopes.find(scopeHash);
+    if (!state)
+        return false;
+    state->synchronizeCount = 0;
+    _scopes.settle(*state);
+    return true;
+}
+
 std::optional<std::uint32_t> Node::_openCount(const ScopeState& state)
 {
     return state.synchronizeCount != 0 ? std::optional<std::uint32_t>(state.synchronizeCount) : std::nullopt;
@@ -79,13 +99,16 @@ std::size_t Node::activeScopes()
 
 void Node::_reportLeft(const std::string& logCategory, const char* title, CountOf count)
 {
-    std::ostringstream lines;
-    _scopes.forEachActive([&](const ScopeState& state) {
-        if (const std::optional<std::uint32_t> left = count(state))
-            lines << "  process: " << state.key << ", count: " << *left << "\n";
-    });
-    if (!lines.str().empty())
-        RK_LOG(rk::log::Fatal, logCategory) << _name << title << "\n" << lines.str();
+    try {
+        std::ostringstream lines;
+        _scopes.forEachActive([&](const ScopeState& state) {
+            if (const std::optional<std::uint32_t> left = count(state))
+                lines << "  process: " << state.key << ", count: " << *left << "\n";
+        });
+        if (!lines.str().empty())
+            RK_LOG(rk::log::Fatal, logCategory) << _name << title << "\n" << lines.str();
+    } catch (...) { // no memory for the text
+    }
 }
 
 void Node::_arrive(ScopeState&, const StringHash&, const StringHash&, long long) {}

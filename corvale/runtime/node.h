@@ -71,11 +71,17 @@ public:
     virtual void requestEmpty(const StringHash& processHash, const StringHash& scopeHash, long long depth,
                               boost::shared_ptr<Port> port) = 0;
 
+    /// Drops what a computation that an exception ended has left here and upstream. Never throws.
+    void abandon(const StringHash& processHash, const StringHash& scopeHash);
+
     /// How many scopes have something left in this node; 0 between computations.
     std::size_t activeScopes();
 
 protected:
-    // Logs the counts that `count` finds in the active states, if it finds any.
+    // Drops what this node alone keeps for a scope. False if it keeps nothing.
+    virtual bool _forget(const StringHash& processHash, const StringHash& scopeHash);
+
+    // Logs the counts that `count` finds in the active states, if it finds any. Never throws.
     using CountOf = std::optional<std::uint32_t> (*)(const ScopeState&);
     void _reportLeft(const std::string& logCategory, const char* title, CountOf count);
 

@@ -143,6 +143,31 @@ void NodeFilter::requestEmpty(const StringHash& processHash, const StringHash& s
     mark.done({});
 }
 
+void NodeFilter::abandonShared(const StringHash& processHash, const StringHash& scopeHash)
+{
+    const ScopeState* state = _scopes.find(scopeHash);
+    if (!state)
+        return;
+    if (state->innerScope)
+        _filter->abandon(processHash, *state->innerScope);
+    for (const boost::shared_ptr<Port>& input : _inputs)
+        if (Node* upstream = input->getUpstream())
+            upstream->abandon(processHash, scopeHash);
+}
+
+bool NodeFilter::_forget(const StringHash& processHash, const StringHash& scopeHash)
+{
+    ScopeState* state = _scopes.find(scopeHash);
+    if (!state)
+        return false;
+    if (state->innerScope)
+        _filter->abandon(processHash, *state->innerScope);
+    state->used = false;
+    state->useCount = 0;
+    state->progress = ScopeState::Pending;
+    return Node::_forget(processHash, scopeHash);
+}
+
 ScopeState& NodeFilter::_stateOf(const StringHash& scopeHash)
 {
     ScopeState* state = _scopes.find(scopeHash);

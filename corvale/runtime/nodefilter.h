@@ -14,7 +14,7 @@ class Filter;
 /// many places of a computation.
 /// Ownership: shares the filter. Threads: as `Node`; the filter runs with no lock of the node held.
 /// Failure: a mandatory input without value aborts the filter, and every output reads as null. What a
-/// filter throws passes through; the registrations of that computation are left behind.
+/// filter throws passes through; the registrations of that computation are left behind, to be abandoned.
 class NodeFilter : public Node
 {
 public:
@@ -29,6 +29,10 @@ public:
     void requestEmpty(const StringHash& processHash, const StringHash& scopeHash, long long depth,
                       boost::shared_ptr<Port> port) override;
 
+    /// Drops what a computation that an exception ended has left inside the filter and upstream, which other
+    /// nodes share; what is left in this node stays, to be reported. Never throws.
+    void abandonShared(const StringHash& processHash, const StringHash& scopeHash);
+
     /// The node as a cluster of a DOT graph, opened `depth` levels deep.
     std::string dumpToDot(long& counter, int depth) const;
 
@@ -37,6 +41,8 @@ private:
                  long long depth) override;
     void _leave(ScopeState& state, const StringHash& processHash, const StringHash& scopeHash,
                 long long depth) override;
+
+    bool _forget(const StringHash& processHash, const StringHash& scopeHash) override;
 
     ScopeState& _stateOf(const StringHash& scopeHash);
     const StringHash& _innerScope(ScopeState& state, const StringHash& scopeHash) const;

@@ -82,6 +82,17 @@ bool NodeSource::_release(const StringHash& processHash, const StringHash& scope
     return true;
 }
 
+bool NodeSource::_forget(const StringHash& processHash, const StringHash& scopeHash)
+{
+    bool registered = false;
+    while (_scopes.leave(scopeHash))
+        registered = true;
+    Snapshot dropped; // freed without the lock
+    const boost::lock_guard<ShortLock> guard(_sourceLock);
+    dropped = _snapshots.take(processHash._hash);
+    return registered;
+}
+
 void NodeSource::_synchronize(const StringHash& processHash, const StringHash&, long long)
 {
     const boost::lock_guard<ShortLock> guard(_sourceLock);

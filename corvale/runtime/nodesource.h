@@ -46,6 +46,9 @@ protected:
     std::uint64_t _uid = 0;         // guarded by _sourceLock
     FlatTable<Snapshot> _snapshots; // by process, guarded by _sourceLock
 
+    // Also for a second process of that name, should one compute at this moment.
+    bool _forget(const StringHash& processHash, const StringHash& scopeHash) override;
+
 private:
     // Processes of one name, of which one has left the engine's table, share a scope here and nowhere else:
     // what a source keeps is under a lock.

@@ -55,6 +55,14 @@ boost::shared_ptr<NodeSource> NodeSourceAlias::getSource() const
     return _source;
 }
 
+bool NodeSourceAlias::_forget(const StringHash& processHash, const StringHash& scopeHash)
+{
+    const bool registered = NodeSource::_forget(processHash, scopeHash);
+    if (registered)
+        getSource()->abandon(processHash, scopeHash);
+    return registered;
+}
+
 void NodeSourceAlias::_synchronize(const StringHash& processHash, const StringHash& scopeHash,
                                    long long depth)
 {

@@ -30,6 +30,7 @@ public:
     virtual boost::shared_ptr<NodeSource> getSource() const;
 
 private:
+    bool _forget(const StringHash& processHash, const StringHash& scopeHash) override;
     void _synchronize(const StringHash& processHash, const StringHash& scopeHash, long long depth) override;
     void _synchronizeRelease(const StringHash& processHash, const StringHash& scopeHash,
                              long long depth) override;

@@ -20,12 +20,6 @@ bool contains(const std::vector<DataType>& types, DataType type)
     return std::find(types.begin(), types.end(), type) != types.end();
 }
 
-// Lends a port for the time of a call. Its owner holds it meanwhile, so no count has to move.
-boost::shared_ptr<Port> lend(const boost::shared_ptr<Port>& port)
-{
-    return boost::shared_ptr<Port>(boost::shared_ptr<Port>(), port.get());
-}
-
 } // namespace
 
 Port::Port(const std::string& name, boost::shared_ptr<Port> parent, Node* node)
@@ -153,57 +147,54 @@ Node* Port::_upstream(const char* operation) const
 }
 
 void Port::loadData(std::vector<boost::shared_ptr<Port>>& ports,
-                    const std::vector<boost::shared_ptr<Data>>& values, const StringHash& processHash,
-                    const StringHash& scopeHash, long long depth)
+                    const std::vector<boost::shared_ptr<Data>>& values, const StringHash&,
+                    const StringHash& scopeHash, long long)
 {
     for (std::size_t i = 0; i < ports.size(); ++i)
-        ports[i]->_loadData(values[i], processHash, scopeHash, depth + 1);
+        ports[i]->_loadedPort()._load(values[i], scopeHash);
 }
 
-void Port::unloadData(std::vector<boost::shared_ptr<Port>>& ports, const StringHash& processHash,
-                      const StringHash& scopeHash, long long depth)
+void Port::unloadData(std::vector<boost::shared_ptr<Port>>& ports, const StringHash&,
+                      const StringHash& scopeHash, long long)
 {
     for (const boost::shared_ptr<Port>& port : ports)
-        port->_unloadData(processHash, scopeHash, depth + 1);
+        port->_loadedPort()._unload(scopeHash);
 }
 
-void Port::_loadData(const boost::shared_ptr<Data>& value, const StringHash& processHash,
-                     const StringHash& scopeHash, long long depth)
+void Port::_load(const boost::shared_ptr<Data>& value, const StringHash& scopeHash) const
 {
-    {
-        const boost::lock_guard<ShortLock> lock(_loadedDataLock);
-        *_loadedData.insert(scopeHash._hash).first = value;
-        _loadedCount.store(static_cast<std::uint32_t>(_loadedData.size()), std::memory_order_release);
-    }
-    if (Port* inner = _insideScope())
-        inner->_loadData(value, processHash, scopeHash, depth - 1);
+    const boost::lock_guard<ShortLock> lock(_loadedDataLock);
+    *_loadedData.insert(scopeHash._hash).first = value;
+    _loadedCount.store(static_cast<std::uint32_t>(_loadedData.size()), std::memory_order_release);
 }
 
-void Port::_unloadData(const StringHash& processHash, const StringHash& scopeHash, long long depth)
+void Port::_unload(const StringHash& scopeHash) const
 {
     boost::shared_ptr<Data> dropped; // freed without the lock
-    if (_loadedCount.load(std::memory_order_acquire) != 0) {
-        const boost::lock_guard<ShortLock> lock(_loadedDataLock);
-        dropped = _loadedData.take(scopeHash._hash);
-        _loadedCount.store(static_cast<std::uint32_t>(_loadedData.size()), std::memory_order_release);
-    }
-    if (Port* inner = _insideScope())
-        inner->_unloadData(processHash, scopeHash, depth - 1);
+    if (_loadedCount.load(std::memory_order_acquire) == 0)
+        return;
+    const boost::lock_guard<ShortLock> lock(_loadedDataLock);
+    dropped = _loadedData.take(scopeHash._hash);
+    _loadedCount.store(static_cast<std::uint32_t>(_loadedData.size()), std::memory_order_release);
 }
 
 // Behind a node's port begins the node's inner scope: nothing asks there in this one.
-Port* Port::_insideScope() const
+const Port& Port::_loadedPort() const
 {
-    return _node ? nullptr : _parent.get();
+    const Port* port = this;
+    while (!port->_node && port->_parent)
+        port = port->_parent.get();
+    return *port;
 }
 
 // A scope is loaded and read by one thread, so the count that this thread sees covers its own scope.
 bool Port::_findLoaded(const StringHash& scopeHash, boost::shared_ptr<Data>* value) const
 {
-    if (_loadedCount.load(std::memory_order_acquire) == 0)
+    const Port& port = _loadedPort();
+    if (port._loadedCount.load(std::memory_order_acquire) == 0)
         return false;
-    const boost::lock_guard<ShortLock> lock(_loadedDataLock);
-    const boost::shared_ptr<Data>* loaded = _loadedData.find(scopeHash._hash);
+    const boost::lock_guard<ShortLock> lock(port._loadedDataLock);
+    const boost::shared_ptr<Data>* loaded = port._loadedData.find(scopeHash._hash);
     if (loaded && value)
         *value = *loaded;
     return loaded != nullptr;

@@ -68,6 +68,12 @@ public:
     bool isOptional() const;
     void setOptional(bool optional) { _optional = optional; }
 
+    /// A port for the time of a call. Its owner holds it meanwhile, so no count has to move.
+    static boost::shared_ptr<Port> lend(const boost::shared_ptr<Port>& port)
+    {
+        return boost::shared_ptr<Port>(boost::shared_ptr<Port>(), port.get());
+    }
+
     /// The value of this input in a scope: the loaded one, which may be null, or what comes through
     /// the link, or a default.
     boost::shared_ptr<Data> requestData(const StringHash& processHash, const StringHash& scopeHash,
@@ -77,8 +83,8 @@ public:
     /// Gives back one registration of the upstream node.
     void synchronizeRelease(const StringHash& processHash, const StringHash& scopeHash, long long depth);
 
-    /// Loads `values[i]` on `ports[i]` and on its chain, up to the first port of a node, for one scope. There
-    /// are at least as many values as ports.
+    /// Loads `values[i]` on `ports[i]` and on its chain, up to the first port of a node, for one scope; that
+    /// last port keeps it for all of them. There are at least as many values as ports.
     static void loadData(std::vector<boost::shared_ptr<Port>>& ports,
                          const std::vector<boost::shared_ptr<Data>>& values, const StringHash& processHash,
                          const StringHash& scopeHash, long long depth);
@@ -86,10 +92,9 @@ public:
                            const StringHash& scopeHash, long long depth);
 
 private:
-    void _loadData(const boost::shared_ptr<Data>& value, const StringHash& processHash,
-                   const StringHash& scopeHash, long long depth);
-    void _unloadData(const StringHash& processHash, const StringHash& scopeHash, long long depth);
-    Port* _insideScope() const;
+    void _load(const boost::shared_ptr<Data>& value, const StringHash& scopeHash) const;
+    void _unload(const StringHash& scopeHash) const;
+    const Port& _loadedPort() const;
     bool _findLoaded(const StringHash& scopeHash, boost::shared_ptr<Data>* value) const;
     // The node behind the single link; null, with an error line for each way in which a graph can be wrong.
     Node* _upstream(const char* operation) const;
@@ -105,7 +110,7 @@ private:
     bool _optional = false;
 
     // How many scopes have a value loaded: most ports never have one, and then need no lock.
-    std::atomic<std::uint32_t> _loadedCount{0};
+    mutable std::atomic<std::uint32_t> _loadedCount{0};
     mutable ShortLock _loadedDataLock;
     mutable FlatTable<boost::shared_ptr<Data>> _loadedData; // by scope, guarded by _loadedDataLock
 };

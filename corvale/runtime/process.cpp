@@ -68,11 +68,16 @@ StringHash Process::getNameHash() const
 
 bool Process::setName(const std::string& name)
 {
-    const StringHash hash(name);
-    const boost::lock_guard<ShortLock> guard(_nameLock);
-    _nameHash = hash;
-    _renamed.store(true, std::memory_order_release);
+    setName(StringHash(name));
     return true;
+}
+
+void Process::setName(const StringHash& name) noexcept
+{
+    StringHash former = name; // ends after the lock
+    const boost::lock_guard<ShortLock> guard(_nameLock);
+    std::swap(_nameHash, former);
+    _renamed.store(true, std::memory_order_release);
 }
 
 bool Process::setDescription(const std::string& description)
@@ -185,10 +190,28 @@ const StringHash& Process::_presentName()
     return _computedName;
 }
 
-// The period starts when the sources are frozen, however long the filters take.
+// What an exception leaves in nodes that other processes share goes at once: a later process of this name
+// would be taken for this one.
 void Process::_compute()
 {
+    if (_broken)
+        for (const auto& entry : _sinks)
+            entry.second->abandon(_computedName, _computedName);
+    _broken = true;
     const StringHash& name = _presentName();
+    try {
+        _computeSinks(name);
+        _broken = false;
+    } catch (...) {
+        if (_mainNode)
+            _mainNode->abandonShared(name, name);
+        throw;
+    }
+}
+
+// The period starts when the sources are frozen, however long the filters take.
+void Process::_computeSinks(const StringHash& name)
+{
     const StringHash& scope = name;
     for (const auto& entry : _sinks)
         entry.second->synchronize(name, scope, 0);
@@ -233,12 +256,12 @@ bool Process::reset()
 {
     const boost::lock_guard<boost::mutex> guard(_lock);
     _lastComputationTime = 0;
+    for (auto& watched : _watchedSources)
+        watched.second = _neverSeen;
     for (const auto& entry : _sinks)
         entry.second->reset();
     for (const auto& entry : _aggregatedSinks)
         entry.second->update();
-    for (auto& watched : _watchedSources)
-        watched.second = _neverSeen;
     return true;
 }
 

@@ -31,8 +31,8 @@ class NodeSource;
 /// Ownership: shares its nodes. Threads: built by one thread, then thread-safe; computations and resets
 /// of one process exclude each other. Different processes run in parallel, also through shared nodes.
 /// An upstream process's lock is taken under a downstream one's.
-/// Failure: false or null and one error line. What a filter or callback throws passes through, and the
-/// registrations of that computation stay behind.
+/// Failure: false or null and one error line. What a filter or callback throws passes through. The
+/// registrations of that computation stay behind in this process's own nodes, and the next one drops them.
 class Process
 {
 public:
@@ -51,6 +51,7 @@ public:
     StringHash getNameHash() const;
     /// Shows from the next computation on. True.
     bool setName(const std::string& name);
+    void setName(const StringHash& name) noexcept;
     /// Guarded by the owner, as is the setter.
     const std::string& getDescription() const { return _description; }
     bool setDescription(const std::string& description);
@@ -111,6 +112,7 @@ private:
     const StringHash& _presentName();
     bool _noteChanges();
     void _compute();
+    void _computeSinks(const StringHash& name);
 
     static constexpr std::uint64_t _neverSeen = ~std::uint64_t(0);
 
@@ -122,6 +124,7 @@ private:
     StringHash _nameHash; // guarded by _nameLock
     std::atomic<bool> _renamed{false};
     StringHash _computedName; // as of the last computation; guarded by _lock
+    bool _broken = false;     // an exception ended the last computation; guarded by _lock
 
     std::atomic<std::int64_t> _lastComputationTime{0}; // microseconds since the epoch; 0 for never
     std::atomic<float> _frequency;

@@ -67,8 +67,8 @@ ScopeState& ScopeTable::_place(const StringHash& scope)
     if (_index.size() >= _limit)
         _freeResting();
     if (_free.empty()) {
+        _free.reserve(_states.size() + 1);
         _states.push_back(std::make_unique<ScopeState>());
-        _free.reserve(_states.size());
         _free.push_back(_states.back().get());
     }
     ScopeState& state = *_free.back();
