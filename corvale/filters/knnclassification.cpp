@@ -2,6 +2,7 @@
 
 #include "corvale/filters/inputguards.h"
 #include "corvale/filters/vectorised.h"
+#include "corvale/filters/xmldepth.h"
 #include "corvale/runtime/port.h"
 #include "rk/log.h"
 
@@ -10,6 +11,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <fstream>
+#include <iterator>
 #include <limits>
 #include <locale>
 #include <map>
@@ -21,6 +24,8 @@ namespace {
 
 const std::string category = rk::log::addCategory("corvale.filter.kNNClassification");
 const InputGuards guards(category, "KNNClassification", {Guard::present(0)});
+
+constexpr std::size_t deepestTree = 100; // levels; a database has 3
 
 constexpr std::size_t blockSize = 32; // descriptors; their sums fit into the registers
 
@@ -94,6 +99,25 @@ boost::property_tree::ptree_bad_data badData(const std::string& text)
     return boost::property_tree::ptree_bad_data("classification database: " + text, text);
 }
 
+// Throws what reading the file itself would.
+boost::property_tree::ptree readTree(const std::string& path)
+{
+    boost::property_tree::ptree tree;
+    std::ifstream file(path);
+    if (!file)
+        boost::property_tree::read_xml(path, tree);
+    const std::string text(std::istreambuf_iterator<char>(file), {});
+    if (xmlDepth(text) > deepestTree)
+        throw badData("elements nest more than " + std::to_string(deepestTree) + " levels deep");
+    std::istringstream stream(text);
+    try {
+        boost::property_tree::read_xml(stream, tree);
+    } catch (const boost::property_tree::xml_parser_error& error) { // of a stream, which has no name
+        throw boost::property_tree::xml_parser_error(error.message(), path, error.line());
+    }
+    return tree;
+}
+
 } // namespace
 
 KNNClassification::KNNClassification(const std::string& path) : FilterPrimitive("KNNClassification")
@@ -108,8 +132,7 @@ KNNClassification::KNNClassification(const std::string& path) : FilterPrimitive(
 
 bool KNNClassification::_loadDataBase(const std::string& path)
 {
-    boost::property_tree::ptree tree;
-    boost::property_tree::read_xml(path, tree);
+    boost::property_tree::ptree tree = readTree(path);
     if (tree.get<std::string>("data.properties.type") != "knn")
         return false;
     _descriptorSize = tree.get<unsigned int>("data.properties.size");

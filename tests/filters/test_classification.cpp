@@ -80,6 +80,15 @@ TEST_F(Classification, OfBadDatabasesThrowsAndLeavesNoFilter)
     for (const char* count : {"0", "2", "-1"})
         EXPECT_THROW(create("1", count, "<d>1 1</d>"), tree::ptree_bad_data);
     EXPECT_THROW(create("0", "0", "<d>"), tree::ptree_error);
+    for (const char* level : {"<a>", "<a b='/>'>", "<a\">", "<a><!-- </a> -->", "<a><![CDATA[</a>]]>",
+                              "<a><?b </a>?>", "<a><!DOCTYPE [> </a> ]>", "<a><!b [><c d=\">\"/>"}) {
+        std::string deep;
+        for (int i = 0; i < 100000; ++i)
+            deep += level;
+        EXPECT_THROW(create("1", "1", deep), tree::ptree_bad_data) << level;
+    }
+    EXPECT_TRUE(create("1", "1", "<d a='>'>1 <!-- <a><a> -->2<b/></d>"));
+    engine.deleteFilter("c");
     EXPECT_FALSE(engine.isFilter("c"));
     EXPECT_TRUE(create("many", "", "", "another"));
     EXPECT_EQ(classify({}), "none");
