@@ -10,7 +10,7 @@ namespace ZR::Corvale::Type {
 
 cv::Mat deepCopy(const cv::Mat& mat)
 {
-    cv::Mat copy(mat.rows, mat.cols, mat.type());
+    cv::Mat copy = newMatrix(mat.size(), mat.type());
     if (!mat.empty()) // copyTo would forget the size of an empty one
         mat.copyTo(copy);
     return copy;
@@ -22,8 +22,9 @@ cv::Mat scaledDown(const cv::Mat& mat, unsigned int factor)
     const auto reduced = [factor](int size) {
         return static_cast<int>(static_cast<unsigned>(size) / factor);
     };
-    cv::Mat result;
-    cv::resize(mat, result, cv::Size(reduced(mat.cols), reduced(mat.rows)), 0.0, 0.0, cv::INTER_NEAREST);
+    const cv::Size size(reduced(mat.cols), reduced(mat.rows));
+    cv::Mat result = newMatrix(size, mat.type());
+    cv::resize(mat, result, size, 0.0, 0.0, cv::INTER_NEAREST);
     return result;
 }
 

@@ -2,6 +2,7 @@
 
 #include "corvale/data/dataregion2.h"
 #include "corvale/data/datatime.h"
+#include "corvale/data/pixelpool.h"
 
 #include <boost/make_shared.hpp>
 #include <boost/shared_ptr.hpp>
@@ -48,8 +49,8 @@ public:
     /// Room for `width` x `height` pixels, which are not initialised.
     Image(unsigned int width, unsigned int height, const std::string& name = "unknow",
           const Time& timestamp = Time(), float fovX = 0.0f, float fovY = 0.0f)
-        : Image(cv::Mat(static_cast<int>(height), static_cast<int>(width), MatType), name, timestamp, fovX,
-                fovY)
+        : Image(newMatrix(cv::Size(static_cast<int>(width), static_cast<int>(height)), MatType), name,
+                timestamp, fovX, fovY)
     {
     }
 

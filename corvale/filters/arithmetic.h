@@ -1,5 +1,6 @@
 #pragma once
 
+#include "corvale/data/pixelpool.h"
 #include "corvale/filters/dataconversion.h"
 #include "corvale/filters/inputguards.h"
 #include "corvale/filters/rows.h"
@@ -36,7 +37,7 @@ boost::shared_ptr<Data> combinedNumbers(const boost::shared_ptr<Data>& left,
 template <typename Component, typename Operation>
 cv::Mat combinedComponents(const cv::Mat& left, const cv::Mat& right)
 {
-    cv::Mat result(left.size(), left.type());
+    cv::Mat result = newMatrix(left.size(), left.type());
     forEachComponentRow<const Component, const Component, Component>(
         [](std::size_t components, const Component* left, const Component* right, Component* result) {
             for (std::size_t i = 0; i < components; ++i)

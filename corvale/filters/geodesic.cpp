@@ -1,5 +1,6 @@
 #include "corvale/filters/geodesic.h"
 
+#include "corvale/data/pixelpool.h"
 #include "corvale/filters/dataconversion.h"
 #include "corvale/filters/inputguards.h"
 #include "corvale/filters/vectorised.h"
@@ -30,7 +31,7 @@ public:
     explicit Waves(const cv::Mat& image)
         : _image(image),
           _pixels(static_cast<std::size_t>(image.cols)),
-          _distances(image.size(), cv::DataType<Distance>::type)
+          _distances(newMatrix(image.size(), cv::DataType<Distance>::type))
     {
     }
 
@@ -123,7 +124,7 @@ Values Geodesic::applyFilter(const Values& inputs, const StringHash&, const Stri
     if (!guards.admit(inputs))
         return {};
     const cv::Mat image = dataToCvMat(inputs[0]);
-    cv::Mat labels(image.size(), CV_32SC1);
+    cv::Mat labels = newMatrix(image.size(), CV_32SC1);
     if (image.rows < 32000 && image.cols < 32000)
         spread<ushort>(image, labels);
     else

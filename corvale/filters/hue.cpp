@@ -1,5 +1,6 @@
 #include "corvale/filters/hue.h"
 
+#include "corvale/data/pixelpool.h"
 #include "corvale/filters/dataconversion.h"
 #include "corvale/filters/inputguards.h"
 #include "corvale/filters/rows.h"
@@ -96,7 +97,7 @@ Values Hue::applyFilter(const Values& inputs, const StringHash&, const StringHas
         return {};
     const std::array<uchar, Angles> levels = nearness(number<int>(inputs[1]));
     const cv::Mat image = dataToCvMat(inputs[0]);
-    cv::Mat result(image.size(), CV_8UC1);
+    cv::Mat result = newMatrix(image.size(), CV_8UC1);
     forEachPixelRow<const uchar, uchar>(
         [&levels, angles = allAngles().data()](std::size_t pixels, const uchar* colours, uchar* out) {
             mapHues(pixels, colours, out, levels, angles);

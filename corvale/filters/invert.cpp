@@ -1,5 +1,6 @@
 #include "corvale/filters/invert.h"
 
+#include "corvale/data/pixelpool.h"
 #include "corvale/filters/dataconversion.h"
 #include "corvale/filters/inputguards.h"
 #include "corvale/filters/rows.h"
@@ -17,7 +18,7 @@ const InputGuards guards(category, "Invert",
 
 cv::Mat complement(const cv::Mat& image)
 {
-    cv::Mat result(image.size(), image.type());
+    cv::Mat result = newMatrix(image.size(), image.type());
     forEachComponentRow<const uchar, uchar>(
         [](std::size_t components, const uchar* in, uchar* out) {
             for (std::size_t i = 0; i < components; ++i)
@@ -29,7 +30,7 @@ cv::Mat complement(const cv::Mat& image)
 
 cv::Mat switched(const cv::Mat& mask)
 {
-    cv::Mat result(mask.size(), mask.type());
+    cv::Mat result = newMatrix(mask.size(), mask.type());
     forEachPixelRow<const uchar, uchar>(
         [](std::size_t pixels, const uchar* in, uchar* out) {
             for (std::size_t i = 0; i < pixels; ++i)

@@ -1,5 +1,6 @@
 #include "corvale/filters/labelling.h"
 
+#include "corvale/data/pixelpool.h"
 #include "corvale/filters/vectorised.h"
 
 #include <algorithm>
@@ -233,7 +234,7 @@ cv::Mat Labelling::unifyLabels()
         else if (entry > regions)
             entry = ++regions;
     }
-    cv::Mat labels(_size, CV_32SC1);
+    cv::Mat labels = newMatrix(_size, CV_32SC1);
     runVectorised([](const Labelling* labelling, cv::Mat* labels) { labelling->write(*labels); }, this,
                   &labels);
     if (_stretches.capacity() > KeptStretches)

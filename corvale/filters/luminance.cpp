@@ -1,5 +1,6 @@
 #include "corvale/filters/luminance.h"
 
+#include "corvale/data/pixelpool.h"
 #include "corvale/filters/dataconversion.h"
 #include "corvale/filters/inputguards.h"
 #include "corvale/filters/rows.h"
@@ -28,7 +29,7 @@ Values Luminance::applyFilter(const Values& inputs, const StringHash&, const Str
     if (!guards.admit(inputs))
         return {};
     const cv::Mat image = dataToCvMat(inputs[0]);
-    cv::Mat greys(image.size(), CV_8UC1);
+    cv::Mat greys = newMatrix(image.size(), CV_8UC1);
     forEachPixelRow<const uchar, uchar>(
         [](std::size_t pixels, const uchar* colours, uchar* out) {
             for (std::size_t i = 0; i < pixels; ++i) {

@@ -1,5 +1,6 @@
 #include "corvale/filters/mask.h"
 
+#include "corvale/data/pixelpool.h"
 #include "corvale/filters/dataconversion.h"
 #include "corvale/filters/inputguards.h"
 #include "corvale/filters/rows.h"
@@ -35,7 +36,7 @@ const InputGuards guards(category, "Mask",
 template <typename Word, int Width>
 cv::Mat maskedWords(const cv::Mat& image, const cv::Mat& mask)
 {
-    cv::Mat result(image.size(), image.type());
+    cv::Mat result = newMatrix(image.size(), image.type());
     forEachComponentRow<const uchar, const uchar, uchar>(
         [](std::size_t count, const uchar* mask, const uchar* in, uchar* out) {
             for (std::size_t i = 0; i < count; ++i) {

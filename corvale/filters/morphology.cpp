@@ -1,5 +1,6 @@
 #include "corvale/filters/morphology.h"
 
+#include "corvale/data/pixelpool.h"
 #include "corvale/filters/vectorised.h"
 
 #include <opencv2/imgproc.hpp>
@@ -123,7 +124,7 @@ private:
 template <typename Component, template <typename> class Extremum>
 cv::Mat windowExtrema(const cv::Mat& image, int size)
 {
-    cv::Mat result(image.size(), image.type());
+    cv::Mat result = newMatrix(image.size(), image.type());
     if (!image.empty()) {
         WindowExtrema<Component, Extremum> extrema(image, size);
         runVectorised([](auto* extrema, cv::Mat* result) { extrema->write(*result); }, &extrema, &result);

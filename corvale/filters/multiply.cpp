@@ -1,5 +1,6 @@
 #include "corvale/filters/multiply.h"
 
+#include "corvale/data/pixelpool.h"
 #include "corvale/filters/arithmetic.h"
 #include "corvale/runtime/port.h"
 #include "rk/log.h"
@@ -61,7 +62,7 @@ cv::Mat scaled(const cv::Mat& image, int factor)
 {
     // Below 0 nothing is left, and from 255 on every pixel but 0 is at the top.
     const auto scale = static_cast<ushort>(std::clamp(factor, 0, 255));
-    cv::Mat result(image.size(), image.type());
+    cv::Mat result = newMatrix(image.size(), image.type());
     forEachPixelRow<const uchar, uchar>(
         [scale](std::size_t pixels, const uchar* in, uchar* out) {
             for (std::size_t i = 0; i < pixels; ++i)

@@ -1,5 +1,6 @@
 #include "corvale/filters/otsu.h"
 
+#include "corvale/data/pixelpool.h"
 #include "corvale/filters/dataconversion.h"
 #include "corvale/filters/inputguards.h"
 #include "corvale/filters/levelcounts.h"
@@ -61,7 +62,7 @@ Values Otsu::applyFilter(const Values& inputs, const StringHash&, const StringHa
         return {};
     const cv::Mat image = dataToCvMat(inputs[0]);
     const auto level = static_cast<uchar>(separatingLevel(countLevels(image)));
-    cv::Mat mask(image.size(), CV_8UC1);
+    cv::Mat mask = newMatrix(image.size(), CV_8UC1);
     forEachPixelRow<const uchar, uchar>(
         [level](std::size_t pixels, const uchar* in, uchar* out) {
             for (std::size_t i = 0; i < pixels; ++i)

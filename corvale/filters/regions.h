@@ -1,5 +1,6 @@
 #pragma once
 
+#include "corvale/data/pixelpool.h"
 #include "corvale/filters/labeltable.h"
 #include "corvale/filters/runs.h"
 
@@ -50,7 +51,7 @@ cv::Mat selectRegions(const cv::Mat& labels, const Suits& suits)
     };
     std::vector<Run> runs;
     LabelTable<Region> regions(labels);
-    cv::Mat result(labels.size(), CV_32SC1);
+    cv::Mat result = newMatrix(labels.size(), CV_32SC1);
     forEachLabelRun(labels, [&](int label, int y, int begin, int end) {
         int* row = result.ptr<int>(y);
         if (begin == 0) // the whole row, which was just read

@@ -1,5 +1,6 @@
 #include "corvale/filters/scaledown.h"
 
+#include "corvale/data/pixelpool.h"
 #include "corvale/filters/dataconversion.h"
 #include "corvale/filters/inputguards.h"
 #include "corvale/filters/vectorised.h"
@@ -37,7 +38,7 @@ void halveColours(const uchar* in, std::size_t pixels, uchar* out)
 // Every second pixel of every second row, for which OpenCV would look up each place.
 cv::Mat halved(const cv::Mat& image)
 {
-    cv::Mat result(image.rows / 2, image.cols / 2, image.type());
+    cv::Mat result = newMatrix({image.cols / 2, image.rows / 2}, image.type());
     const auto halve = [](const cv::Mat* image, cv::Mat* result) {
         const std::size_t pixels = static_cast<std::size_t>(result->cols);
         for (int y = 0; y < result->rows; ++y)

@@ -1,5 +1,6 @@
 #include "corvale/filters/snn.h"
 
+#include "corvale/data/pixelpool.h"
 #include "corvale/filters/dataconversion.h"
 #include "corvale/filters/divisor.h"
 #include "corvale/filters/inputguards.h"
@@ -160,7 +161,7 @@ Values SNN::applyFilter(const Values& inputs, const StringHash&, const StringHas
         return {};
     const cv::Mat image = dataToCvMat(inputs[0]);
     const int reach = number<int>(inputs[1]) / 2; // of this size, and of the next one if it is even
-    cv::Mat result(image.size(), CV_8UC1);
+    cv::Mat result = newMatrix(image.size(), CV_8UC1);
     if (image.cols > 2 * reach && image.rows > 2 * reach) {
         const cv::Rect interior(reach, reach, image.cols - 2 * reach, image.rows - 2 * reach);
         const Square square{reach, static_cast<std::ptrdiff_t>(image.step[0])};

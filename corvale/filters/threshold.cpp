@@ -1,5 +1,6 @@
 #include "corvale/filters/threshold.h"
 
+#include "corvale/data/pixelpool.h"
 #include "corvale/filters/dataconversion.h"
 #include "corvale/filters/inputguards.h"
 #include "corvale/filters/rows.h"
@@ -65,7 +66,7 @@ Values Threshold::applyFilter(const Values& inputs, const StringHash&, const Str
         return {};
     const cv::Mat image = dataToCvMat(inputs[0]);
     const int ceil = number<int>(inputs[1]);
-    cv::Mat mask(image.size(), CV_8UC1);
+    cv::Mat mask = newMatrix(image.size(), CV_8UC1);
     if (image.channels() == 3)
         thresholdColours(image, ceil, mask);
     else if (image.depth() == CV_16U)

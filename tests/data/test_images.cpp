@@ -112,4 +112,18 @@ TEST(LabelImage, ChangeLabelReachesEveryPixelOfAPartAndNoOther)
     EXPECT_EQ(part.pixel(36, 2), 6);
 }
 
+TEST(NewMatrix, TakesABlockThatNobodyUses)
+{
+    const cv::Size size(1000, 500);
+    cv::Mat first = ZR::Corvale::newMatrix(size, CV_8UC3), shared = first, part = first.row(3);
+    first.release();
+    EXPECT_NE(ZR::Corvale::newMatrix(size, CV_8UC3).data, shared.data);
+    shared.release();
+    part.setTo(7);
+    EXPECT_NE(ZR::Corvale::newMatrix(size, CV_8UC3).ptr(3), part.data);
+    for (int i = 0; i < 1000; ++i) // more than is kept
+        part = ZR::Corvale::newMatrix({1000, 300 + i}, CV_8UC3).row(0);
+    part.setTo(7);
+}
+
 } // namespace
