@@ -32,4 +32,6 @@ void Filter::synchronize(const StringHash&, const StringHash&, long long) {}
 
 void Filter::synchronizeRelease(const StringHash&, const StringHash&, long long) {}
 
+void Filter::abandon(const StringHash&, const StringHash&) {}
+
 } // namespace ZR::Corvale

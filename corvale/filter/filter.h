@@ -57,6 +57,9 @@ public:
     /// Called instead of `applyFilter` when there is nothing to compute from.
     virtual void abortFilter(const StringHash& processHash, const StringHash& scopeHash, long long depth) = 0;
 
+    /// Drops what a computation that an exception ended has left inside the filter. Must not throw.
+    virtual void abandon(const StringHash& processHash, const StringHash& scopeHash);
+
     /// The filter as a cluster of a DOT graph, opened `depth` levels deep.
     virtual std::string dumpToDot(long& counter, int depth) const = 0;
 

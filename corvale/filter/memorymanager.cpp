@@ -39,12 +39,13 @@ bool MemoryManager::renameProcess(const StringHash& oldName, const StringHash& n
 {
     Scopes moved; // what the new name had is freed without the lock
     const boost::lock_guard<boost::mutex> lock(_memoryLock);
-    const auto found = _memory.find(oldName._hash);
-    if (found == _memory.end())
+    if (_memory.count(oldName._hash) == 0)
         return false;
-    moved.swap(found->second);
-    _memory.erase(found);
-    _memory[newName._hash].swap(moved);
+    Scopes& target = _memory[newName._hash]; // the one step that may fail
+    moved.swap(_memory[oldName._hash]);
+    if (oldName._hash != newName._hash)
+        _memory.erase(oldName._hash);
+    target.swap(moved);
     return true;
 }
 
