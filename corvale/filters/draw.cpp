@@ -22,32 +22,41 @@ const InputGuards guards(category, "Draw",
 class Brush
 {
 public:
-    Brush(Type::ColorImage& image, std::string word) : _image(image), _colour(_getColorRGBComponents(word)) {}
-
-    void paint(int x, int y)
+    Brush(Type::ColorImage& image, std::string word) : _image(image)
     {
-        if (x < 0 || y < 0 || x >= _image.mat.cols || y >= _image.mat.rows)
-            return;
-        _image.pixelRed(x, y) = static_cast<uchar>(_colour.r());
-        _image.pixelGreen(x, y) = static_cast<uchar>(_colour.g());
-        _image.pixelBlue(x, y) = static_cast<uchar>(_colour.b());
+        const Type::Color colour = _getColorRGBComponents(word);
+        _red = static_cast<uchar>(colour.r());
+        _green = static_cast<uchar>(colour.g());
+        _blue = static_cast<uchar>(colour.b());
     }
+
+    void paint(int x, int y) { paintRow(x, x + 1, y); }
 
     // From `begin` up to, not including, `end`.
     void paintRow(int begin, int end, int y)
     {
-        for (int x = std::max(begin, 0); x < std::min(end, _image.mat.cols); ++x)
-            paint(x, y);
+        if (y >= 0 && y < _image.mat.rows)
+            for (int x = std::max(begin, 0); x < std::min(end, _image.mat.cols); ++x)
+                put(x, y);
     }
     void paintColumn(int x, int begin, int end)
     {
-        for (int y = std::max(begin, 0); y < std::min(end, _image.mat.rows); ++y)
-            paint(x, y);
+        if (x >= 0 && x < _image.mat.cols)
+            for (int y = std::max(begin, 0); y < std::min(end, _image.mat.rows); ++y)
+                put(x, y);
     }
 
 private:
+    void put(int x, int y)
+    {
+        uchar* const pixel = _image.mat.ptr(y, x);
+        pixel[0] = _red;
+        pixel[1] = _green;
+        pixel[2] = _blue;
+    }
+
     Type::ColorImage& _image;
-    const Type::Color _colour;
+    uchar _red, _green, _blue;
 };
 
 bool isNumber(const Type::Vector2& point)
