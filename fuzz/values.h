@@ -22,10 +22,12 @@ using Bytes = FuzzedDataProvider;
 // Nobody reads the log, and OpenCV's threads would make two runs differ.
 inline const bool quiet = (rk::log::setLevel(0), cv::setNumThreads(1), true);
 
-/// A number of few digits, or any, those at the limits included.
+/// A number of few digits, or any, but for those that are windows of millions of pictures: they only take
+/// long.
 inline int integer(Bytes& bytes)
 {
-    return bytes.ConsumeBool() ? bytes.ConsumeIntegral<signed char>() : bytes.ConsumeIntegral<int>();
+    const int number = bytes.ConsumeIntegral<int>();
+    return bytes.ConsumeBool() || (number > 1000 && number <= 1 << 24) ? number % 128 : number;
 }
 /// A quotient of these: also infinite, or not a number.
 inline float real(Bytes& bytes)
