@@ -368,6 +368,19 @@ boost::shared_ptr<Filter> classifier(const cv::Mat& descriptors)
     return filter;
 }
 
+// Squares of 8 x 8 pixels, one a row.
+cv::Mat patches(const cv::Mat& image, int count)
+{
+    cv::Mat descriptors(count, 64, CV_32F);
+    cv::RNG places(1);
+    for (int i = 0; i < count; ++i) {
+        const cv::Rect square(places.uniform(0, image.cols - 8), places.uniform(0, image.rows - 8), 8, 8);
+        cv::Mat row = descriptors.row(i).reshape(1, 8);
+        image(square).convertTo(row, CV_32F);
+    }
+    return descriptors;
+}
+
 } // namespace
 
 std::vector<Comparison> pixelComparisons(const Pictures& pictures)
@@ -384,11 +397,10 @@ std::vector<Comparison> pixelComparisons(const Pictures& pictures)
     return comparisons;
 }
 
-std::vector<Comparison> featureComparisons()
+std::vector<Comparison> featureComparisons(const Pictures& pictures)
 {
-    cv::Mat descriptors(10000, 64, CV_32F), query(1, 64, CV_32F);
-    cv::randu(descriptors, 0.0, 1.0);
-    cv::randu(query, 0.0, 1.0);
+    const cv::Mat descriptors = patches(pictures.greyBefore, 10000);
+    const cv::Mat query = patches(pictures.grey, 1);
     const auto filter = classifier(descriptors);
     Values elements;
     for (int i = 0; i < query.cols; ++i)

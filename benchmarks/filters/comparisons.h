@@ -24,5 +24,5 @@ struct Comparison
 /// All filters that look at pixels, on these pictures, which must outlive them.
 std::vector<Comparison> pixelComparisons(const Pictures& pictures);
 
-/// Those that look at features.
-std::vector<Comparison> featureComparisons();
+/// Those that look at features, which are squares of the pictures.
+std::vector<Comparison> featureComparisons(const Pictures& pictures);

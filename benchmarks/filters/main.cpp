@@ -103,7 +103,7 @@ try {
 
     const Pictures small(PICTURES, {640, 480}), large(PICTURES, {1920, 1080});
     std::vector<Comparison> comparisons;
-    for (const auto& more : {pixelComparisons(small), pixelComparisons(large), featureComparisons()})
+    for (const auto& more : {pixelComparisons(small), pixelComparisons(large), featureComparisons(small)})
         comparisons.insert(comparisons.end(), more.begin(), more.end());
     for (const Comparison& comparison : comparisons) {
         measure(comparison.name, comparison.ours);

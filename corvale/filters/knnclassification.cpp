@@ -29,22 +29,27 @@ constexpr std::size_t deepestTree = 100; // levels; a database has 3
 
 constexpr std::size_t blockSize = 32; // descriptors; their sums fit into the registers
 
-// Squared distances between a query and blocks of descriptors. Each sum runs in the order of the elements, so
-// it is the same in whatever company it is computed.
-void computeDistances(std::size_t blocks, const float* query, std::size_t size, const float* descriptors,
-                      float* distances)
+// Squared distances between a query and the descriptors of a block; true if one is below `limit`. Each sum
+// runs in the order of the elements, so it is the same in whatever company it is computed. As it never
+// decreases, rounded or not, a block whose sums have all reached the limit is given up early, which spares
+// reading it.
+bool computeDistances(const float* query, std::size_t size, const float* block, float limit, float* distances)
 {
-    for (std::size_t block = 0; block < blocks; ++block) {
-        float sums[blockSize] = {};
-        for (std::size_t element = 0; element < size; ++element) {
+    constexpr std::size_t Stage = 16; // elements from one look at the limit to the next
+    float sums[blockSize] = {};
+    int below = 1;
+    for (std::size_t begin = 0; begin < size && below > 0; begin += Stage) {
+        for (std::size_t element = begin; element < std::min(begin + Stage, size); ++element)
             for (std::size_t i = 0; i < blockSize; ++i) {
-                const float difference = query[element] - descriptors[i];
+                const float difference = query[element] - block[element * blockSize + i];
                 sums[i] += difference * difference;
             }
-            descriptors += blockSize;
-        }
-        std::copy(sums, sums + blockSize, distances + block * blockSize);
+        below = 0;
+        for (std::size_t i = 0; i < blockSize; ++i)
+            below += sums[i] < limit;
     }
+    std::copy(sums, sums + blockSize, distances);
+    return below > 0;
 }
 
 // The nearest descriptors so far, each in a slot. The slot that gives way to a nearer one is the farthest, of
@@ -58,6 +63,8 @@ public:
         for (std::size_t number = 0; number < slots; ++number) // in the order of a heap
             _heap.push_back({std::numeric_limits<float>::max(), number, emptyLabel});
     }
+
+    float farthest() const { return _heap.front().distance; }
 
     void offer(float distance, int label)
     {
@@ -170,24 +177,23 @@ void KNNClassification::_addDescriptor(const std::string& text)
         block[i * blockSize + place] = elements[i];
 }
 
-std::vector<float> KNNClassification::_distances(const std::vector<float>& query) const
-{
-    const std::size_t blocks = (_labels.size() + blockSize - 1) / blockSize;
-    std::vector<float> distances(blocks * blockSize);
-    const auto kernel = [](auto... arguments) { computeDistances(arguments...); };
-    runVectorised(kernel, blocks, query.data(), query.size(), _descriptors.data(), distances.data());
-    return distances;
-}
-
 int KNNClassification::_classify(const std::vector<float>& query, std::size_t k) const
 {
     // More slots than descriptors would stay empty, so they need no room to vote for 0. A single neighbour
     // too far away for its slot is still the nearest.
     const std::size_t slots = std::min(k, _labels.size());
     Neighbours neighbours(slots, k == 1 ? _labels.front() : 0);
-    const std::vector<float> distances = _distances(query);
-    for (std::size_t i = 0; i < _labels.size(); ++i)
-        neighbours.offer(distances[i], _labels[i]);
+    const auto kernel = [](bool* near, auto... arguments) { *near = computeDistances(arguments...); };
+    const float* block = _descriptors.data();
+    for (std::size_t first = 0; first < _labels.size();
+         first += blockSize, block += blockSize * query.size()) {
+        float distances[blockSize];
+        bool near = false;
+        runVectorised(kernel, &near, query.data(), query.size(), block, neighbours.farthest(), distances);
+        if (near)
+            for (std::size_t i = 0; i < std::min(blockSize, _labels.size() - first); ++i)
+                neighbours.offer(distances[i], _labels[first + i]);
+    }
 
     std::map<int, std::size_t> votes = neighbours.votes();
     votes[0] += k - slots;

@@ -43,8 +43,6 @@ public:
 private:
     bool _loadDataBase(const std::string& path);
     void _addDescriptor(const std::string& text);
-    // Squared; of whole blocks, so there may be more than descriptors.
-    std::vector<float> _distances(const std::vector<float>& query) const;
     int _classify(const std::vector<float>& query, std::size_t k) const;
 
     unsigned int _descriptorSize = 0;
