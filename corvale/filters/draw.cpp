@@ -30,7 +30,11 @@ public:
         _blue = static_cast<uchar>(colour.b());
     }
 
-    void paint(int x, int y) { paintRow(x, x + 1, y); }
+    void paint(int x, int y)
+    {
+        if (x >= 0 && x < _image.mat.cols && y >= 0 && y < _image.mat.rows)
+            put(x, y);
+    }
 
     // From `begin` up to, not including, `end`.
     void paintRow(int begin, int end, int y)
