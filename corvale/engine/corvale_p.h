@@ -109,8 +109,9 @@ public:
 
     /// The processes that stand in a schedule, by name: active ones of a priority above 0.
     Scheduler::ByName getSchedulableProcesses();
-    /// Those of them that came since the last call of this or of `getSchedulableProcesses`.
-    Scheduler::ByName takeAddedProcesses();
+    /// Those of them that came since the last call of this or of `getSchedulableProcesses`. False if
+    /// processes were renamed since: then only a look at all tells.
+    bool takeAddedProcesses(Scheduler::ByName& added);
     /// Microseconds that a worker may sleep, from 0 to 100,000: until the next process is due.
     long long _getNextComputationTime() const;
     /// The highest frequency, in hertz, of what can be scheduled; 0 if there is nothing.

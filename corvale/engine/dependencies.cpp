@@ -140,17 +140,18 @@ Scheduler::ByName CorvalePrivate::getSchedulableProcesses()
     return processes;
 }
 
-Scheduler::ByName CorvalePrivate::takeAddedProcesses()
+bool CorvalePrivate::takeAddedProcesses(Scheduler::ByName& added)
 {
-    Scheduler::ByName processes;
     const boost::lock_guard<boost::mutex> guard(_processesMutex);
+    if (_namesMoved)
+        return false;
     for (const std::string& name : _addedProcesses) {
         const auto known = _processes.find(name);
         if (known != _processes.end() && isSchedulable(*known->second))
-            processes.insert(*known);
+            added.insert(*known);
     }
     _addedProcesses.clear();
-    return processes;
+    return true;
 }
 
 // A process of frequency 0 never limits the sleep.

@@ -1,6 +1,7 @@
 #include "corvale/engine/duequeue.h"
 
 #include "corvale/data/data.h"
+#include "corvale/runtime/clock.h"
 #include "corvale/runtime/process.h"
 
 #include <algorithm>
@@ -14,7 +15,8 @@ constexpr std::int64_t farAway = 31557600000000;
 
 std::int64_t dueTime(const Process& process, std::int64_t now)
 {
-    return now + std::clamp<std::int64_t>(process.getTimeToLive(now), 0, farAway);
+    const std::int64_t left = wrappingDifference(process.getDueTime(), now);
+    return wrappingSum(now, std::clamp<std::int64_t>(left, 0, farAway));
 }
 
 } // namespace
@@ -49,9 +51,8 @@ std::vector<boost::shared_ptr<Process>> DueQueue::takeDue(std::int64_t now)
             _place(process, actual);
             continue;
         }
-        const double period = 1e6 / static_cast<double>(process->getFrequency());
-        _place(process,
-               now + std::clamp<std::int64_t>(static_cast<std::int64_t>(std::min(period, 1e15)), 1, farAway));
+        const double period = std::clamp(1e6 / static_cast<double>(process->getFrequency()), 1.0, 1e13);
+        _place(process, wrappingSum(now, static_cast<std::int64_t>(period)));
         due.push_back(process);
     }
     return due;
@@ -59,7 +60,9 @@ std::vector<boost::shared_ptr<Process>> DueQueue::takeDue(std::int64_t now)
 
 long long DueQueue::untilNext(std::int64_t now, long long longest) const
 {
-    return _byTime.empty() ? longest : std::clamp<long long>(_byTime.begin()->first - now, 0, longest);
+    return _byTime.empty()
+               ? longest
+               : std::clamp<long long>(wrappingDifference(_byTime.begin()->first, now), 0, longest);
 }
 
 void DueQueue::_place(const boost::shared_ptr<Process>& process, std::int64_t due)

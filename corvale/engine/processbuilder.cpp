@@ -21,6 +21,7 @@
 #include <boost/make_shared.hpp>
 #include <boost/thread/lock_guard.hpp>
 
+#include <locale>
 #include <sstream>
 
 namespace ZR::Corvale {
@@ -258,6 +259,7 @@ void ProcessBuilder::_publish(float frequency)
     _process->setFrequency(frequency);
     _engine._processes.emplace(_name, _process);
     std::ostringstream line;
+    line.imbue(std::locale::classic()); // the same text whatever locale the host sets
     line << "new corvale process: \"" << _name << "\" priority: " << _process->getPriority()
          << " frequency: " << _process->getFrequency();
     _report(rk::log::Verbose, line.str());

@@ -143,7 +143,9 @@ bool CorvalePrivate::resetProcess(const std::string& name)
 {
     return _withProcess(name, __func__, "Process \"", "\" does not exist.", false, [&](Process& process) {
         _memoryManager.removeProcess(StringHash(name));
-        return process.reset();
+        process.reset();
+        _scheduler.lookAtAll();
+        return true;
     });
 }
 

@@ -85,8 +85,11 @@ bool Scheduler::update()
 bool Scheduler::updateAdded()
 {
     ByName added; // in the end what was replaced, which goes after the locks
-    const boost::lock_guard<boost::mutex> update(_updateMutex);
-    added = _engine->takeAddedProcesses();
+    boost::unique_lock<boost::mutex> updating(_updateMutex);
+    if (!_engine->takeAddedProcesses(added)) {
+        updating.unlock();
+        return update();
+    }
     if (added.empty())
         return true;
     {
@@ -94,7 +97,8 @@ bool Scheduler::updateAdded()
         const boost::lock_guard<boost::mutex> guard(_scheduleMutex);
         const std::int64_t now = currentMicroseconds();
         for (auto& [name, process] : added) {
-            _dueQueue.add(process, now);
+            if (_running && _threadCount != 0) // else nobody would ever take it from there
+                _dueQueue.add(process, now);
             _scheduled[name].swap(process);
         }
         _scheduleStale = true;
@@ -115,6 +119,11 @@ const std::vector<boost::shared_ptr<Process>>& Scheduler::_presentSchedule() con
         _scheduleStale = false;
     }
     return _schedule;
+}
+
+void Scheduler::lookAtAll()
+{
+    _scheduleChanged = true;
 }
 
 // One pass over processes that come in name order.
@@ -230,6 +239,7 @@ boost::shared_ptr<Process> Scheduler::getNextProcess()
             return process;
         microseconds = _dueQueue.untilNext(now, longestSleep);
     }
+    dropped = Dropped();
     if (lookedAtAll)
         microseconds = _engine->_getNextComputationTime();
     rk::os::setCurrentThreadName("CorWrk_idle");
@@ -237,21 +247,21 @@ boost::shared_ptr<Process> Scheduler::getNextProcess()
     return boost::shared_ptr<Process>();
 }
 
-// A pass goes over the whole schedule when it has changed, and every tenth of a second, since a reset or
-// a host's clock can make anything due; in between over what the queue knows to be due. True for the
-// former. Caller holds _workMutex.
+// A pass goes over the whole schedule when it has changed or a process was reset, and every tenth of a
+// second, since a host's clock can make anything due; in between over what the queue knows to be due. True
+// for the former. Caller holds _workMutex.
 bool Scheduler::_beginPass(std::int64_t now, Dropped& dropped)
 {
-    const bool lookAtAll = _scheduleChanged || now < _lastLookAtAll || now - _lastLookAtAll >= longestSleep;
-    if (!lookAtAll) {
+    const std::int64_t since = wrappingDifference(now, _lastLookAtAll);
+    if (!_scheduleChanged && since >= 0 && since < longestSleep) {
         _workList = pass(_dueQueue.takeDue(now));
         return false;
     }
     const boost::lock_guard<boost::mutex> guard(_scheduleMutex);
+    _scheduleChanged = false; // first: a reset from now on is for the next pass
     _workList = _presentSchedule();
     std::swap(dropped.queue, _dueQueue);
     _dueQueue.assign(_schedule, now);
-    _scheduleChanged = false;
     _lastLookAtAll = now;
     return true;
 }

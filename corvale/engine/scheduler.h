@@ -58,6 +58,8 @@ public:
     /// Takes in the processes that the engine has since begun to schedule. Costs by their number, where
     /// `update` costs by the number of all. True.
     bool updateAdded();
+    /// The next pass asks every process whether it is due, for one was reset.
+    void lookAtAll();
     std::vector<boost::shared_ptr<Process>> getScheduledProcessList() const;
     /// Makes a process the next one to be taken. True.
     bool addProcessToScheduledProcessList(boost::shared_ptr<Process> process);
@@ -103,7 +105,7 @@ private:
     std::vector<boost::shared_ptr<Process>> _workList;     // guarded by _workMutex
     std::set<boost::shared_ptr<Process>> _activeProcesses; // in a worker's hands; guarded by _workMutex
     DueQueue _dueQueue;                                    // of the schedule; guarded by _workMutex
-    bool _scheduleChanged = false;   // since the last look at all; guarded by _workMutex
+    std::atomic<bool> _scheduleChanged{false};             // since the last look at all
     std::int64_t _lastLookAtAll = 0; // microseconds since the epoch; guarded by _workMutex
 
     mutable boost::mutex _scheduleMutex;

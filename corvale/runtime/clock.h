@@ -16,4 +16,15 @@ inline std::int64_t currentMicroseconds()
                                      static_cast<std::uint64_t>(now.tv_usec));
 }
 
+/// Times may be anything that a host's clock gives: sums and differences wrap.
+inline std::int64_t wrappingSum(std::int64_t a, std::int64_t b)
+{
+    return static_cast<std::int64_t>(static_cast<std::uint64_t>(a) + static_cast<std::uint64_t>(b));
+}
+
+inline std::int64_t wrappingDifference(std::int64_t a, std::int64_t b)
+{
+    return static_cast<std::int64_t>(static_cast<std::uint64_t>(a) - static_cast<std::uint64_t>(b));
+}
+
 } // namespace ZR::Corvale

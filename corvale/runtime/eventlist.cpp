@@ -3,7 +3,6 @@
 #include "corvale/data/data.h"
 #include "corvale/runtime/event.h"
 
-#include <boost/make_shared.hpp>
 #include <boost/thread/lock_guard.hpp>
 
 namespace ZR::Corvale {
@@ -11,30 +10,30 @@ namespace ZR::Corvale {
 void EventList::add(boost::shared_ptr<Event> event)
 {
     const boost::lock_guard<ShortLock> guard(_lock);
-    const boost::shared_ptr<Events> events =
-        _events ? boost::make_shared<Events>(*_events) : boost::make_shared<Events>();
-    events->push_back(event);
-    _events = events;
-    _any.store(true, std::memory_order_release);
+    _events.push_back(event);
+    _size.store(_events.size(), std::memory_order_release);
 }
 
 void EventList::_raise(const boost::shared_ptr<Data>& data) const
 {
-    boost::shared_ptr<const Events> events;
-    {
-        const boost::lock_guard<ShortLock> guard(_lock);
-        events = _events;
-    }
-    if (!events)
-        return;
-    for (const boost::shared_ptr<Event>& event : *events)
-        event->raise(data);
+    const std::size_t size = _size.load(std::memory_order_acquire);
+    for (std::size_t i = 0; i < size; ++i)
+        if (const boost::shared_ptr<Event> event = _at(i))
+            event->raise(data);
+}
+
+// Null once the events were let go of.
+boost::shared_ptr<Event> EventList::_at(std::size_t i) const
+{
+    const boost::lock_guard<ShortLock> guard(_lock);
+    return i < _events.size() ? _events[i] : boost::shared_ptr<Event>();
 }
 
 void EventList::clear()
 {
-    boost::shared_ptr<const Events> dropped; // freed without the lock
+    std::vector<boost::shared_ptr<Event>> dropped; // freed without the lock
     const boost::lock_guard<ShortLock> guard(_lock);
+    _size.store(0, std::memory_order_release);
     dropped.swap(_events);
 }
 

@@ -5,6 +5,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include <atomic>
+#include <cstddef>
 #include <vector>
 
 namespace ZR::Corvale {
@@ -20,20 +21,19 @@ public:
     void add(boost::shared_ptr<Event> event);
     void raise(const boost::shared_ptr<Data>& data) const
     {
-        if (_any.load(std::memory_order_acquire))
+        if (_size.load(std::memory_order_acquire) != 0)
             _raise(data);
     }
     /// Lets go of all events, and so of the processes that they hold.
     void clear();
 
 private:
-    using Events = std::vector<boost::shared_ptr<Event>>;
-
     void _raise(const boost::shared_ptr<Data>& data) const;
+    boost::shared_ptr<Event> _at(std::size_t i) const;
 
     mutable ShortLock _lock;
-    std::atomic<bool> _any{false};           // most sinks have none, and then need no lock
-    boost::shared_ptr<const Events> _events; // null for none; replaced, never changed; guarded by _lock
+    std::atomic<std::size_t> _size{0};             // most sinks have none, and then need no lock
+    std::vector<boost::shared_ptr<Event>> _events; // guarded by _lock
 };
 
 } // namespace ZR::Corvale

@@ -6,7 +6,7 @@
 #include "corvale/runtime/stringhash.h"
 #include "rk/log.h"
 
-#include <sstream>
+#include <string>
 
 namespace ZR::Corvale {
 
@@ -100,13 +100,14 @@ std::size_t Node::activeScopes()
 void Node::_reportLeft(const std::string& logCategory, const char* title, CountOf count)
 {
     try {
-        std::ostringstream lines;
+        std::string lines;
         _scopes.forEachActive([&](const ScopeState& state) {
             if (const std::optional<std::uint32_t> left = count(state))
-                lines << "  process: " << state.key << ", count: " << *left << "\n";
+                lines +=
+                    "  process: " + std::to_string(state.key) + ", count: " + std::to_string(*left) + "\n";
         });
-        if (!lines.str().empty())
-            RK_LOG(rk::log::Fatal, logCategory) << _name << title << "\n" << lines.str();
+        if (!lines.empty())
+            RK_LOG(rk::log::Fatal, logCategory) << _name << title << "\n" << lines;
     } catch (...) { // no memory for the text
     }
 }

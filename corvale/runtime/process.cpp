@@ -34,12 +34,6 @@ std::int64_t period(float frequency)
     return static_cast<std::int64_t>(microseconds);
 }
 
-// Times may be anything that a host's clock gives: sums wrap.
-std::int64_t wrappingSum(std::int64_t a, std::int64_t b)
-{
-    return static_cast<std::int64_t>(static_cast<std::uint64_t>(a) + static_cast<std::uint64_t>(b));
-}
-
 } // namespace
 
 Process::Process(const std::string& name, boost::shared_ptr<NodeFilter> node, unsigned int priority,
@@ -133,10 +127,14 @@ void Process::clearEvents()
         entry.second->clearEvents();
 }
 
+std::int64_t Process::getDueTime() const
+{
+    return wrappingSum(_lastComputationTime, period(_frequency));
+}
+
 bool Process::isValid() const
 {
-    const float frequency = _frequency;
-    return frequency <= 0.0f || wrappingSum(_lastComputationTime, period(frequency)) > currentMicroseconds();
+    return _frequency <= 0.0f || getDueTime() > currentMicroseconds();
 }
 
 void Process::validate()
@@ -146,12 +144,8 @@ void Process::validate()
 
 long long Process::getTimeToLive(long long now) const
 {
-    const std::int64_t whole = period(_frequency);
     const boost::unique_lock<boost::mutex> lock(_lock, boost::try_to_lock);
-    if (!lock)
-        return whole;
-    const std::int64_t end = wrappingSum(whole, _lastComputationTime);
-    return static_cast<std::int64_t>(static_cast<std::uint64_t>(end) - static_cast<std::uint64_t>(now));
+    return lock ? wrappingDifference(getDueTime(), now) : period(_frequency);
 }
 
 bool Process::update()

@@ -94,6 +94,9 @@ public:
     bool isValid() const;
     /// Starts a new period now.
     void validate();
+    /// When the period is over, in microseconds since the epoch; of no meaning for a process that stands
+    /// still.
+    std::int64_t getDueTime() const;
     /// Microseconds until the period is over, negative when overdue; the whole period while computing.
     /// `now` is in microseconds since the epoch. Never waits.
     long long getTimeToLive(long long now) const;
