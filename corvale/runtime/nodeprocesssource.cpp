@@ -1,12 +1,18 @@
 #include "corvale/runtime/nodeprocesssource.h"
 
 #include "corvale/data/data.h"
+#include "corvale/runtime/callstack.h"
 #include "corvale/runtime/port.h"
 #include "corvale/runtime/process.h"
+#include "rk/log.h"
 
 #include <boost/thread/locks.hpp>
 
 namespace ZR::Corvale {
+
+namespace {
+const std::string category = rk::log::addCategory("corvale.nodeProcessSource");
+}
 
 NodeProcessSource::NodeProcessSource(const std::string& name, boost::shared_ptr<Process> process,
                                      const std::string& sinkName)
@@ -34,7 +40,13 @@ void NodeProcessSource::_synchronize(const StringHash& processHash, const String
         return;
     }
     lock.unlock();
-    boost::shared_ptr<Data> value = _process->getData(_sinkName);
+    // Each process of a row that read one another takes its part of the stack.
+    const bool isTooDeep = stackIsShort();
+    if (isTooDeep)
+        RK_LOG(rk::log::Error, category) << getName() << "->_synchronize(" << *processHash._string
+                                         << "): too many processes read one another in a row.";
+    boost::shared_ptr<Data> value =
+        isTooDeep ? _process->getLastData(_sinkName) : _process->getData(_sinkName);
     lock.lock();
     const auto [snapshot, first] = _snapshots.insert(processHash._hash);
     if (first)

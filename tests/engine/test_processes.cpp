@@ -1,8 +1,12 @@
 #include "corvale/data/datalambda.h"
 #include "engine/enginetest.h"
 
+#include <boost/thread/thread.hpp>
+
 using namespace support;
+using testing::Each;
 using testing::ElementsAre;
+using testing::EndsWith;
 
 namespace {
 
@@ -124,6 +128,25 @@ TEST_F(ProcessTest, ADeletedProcessServesItsReadersUnderBothTheirInputs)
         EXPECT_EQ(get("reader:a"), counts);
     }
     EXPECT_EQ(faults(), 0u);
+}
+
+// On a thread of little stack, each call computes as far up the row as the stack reaches.
+TEST_F(ProcessTest, ARowOfReadersDeeperThanTheStackGivesLastValues)
+{
+    constexpr int length = 500;
+    pass(engine, "p0", "s");
+    for (int i = 1; i < length; ++i)
+        pass(engine, "p" + std::to_string(i), "p" + std::to_string(i - 1) + ":out");
+    boost::thread::attributes little;
+    little.set_stack_size(256 * 1024);
+    boost::thread(little, [this] {
+        for (int i = 0; i < length; i += 10)
+            engine.getData("p" + std::to_string(i) + ":out");
+    }).join();
+    EXPECT_EQ(text(engine.getLastData("p490:out")), "1");
+    EXPECT_THAT(log.messages(rk::log::Error),
+                Each(EndsWith("too many processes read one another in a row.")));
+    EXPECT_GT(log.count(rk::log::Error), 0u);
 }
 
 TEST_F(ProcessTest, ADisabledProcessRunsOnWhileAnActiveOneReadsIt)
