@@ -129,14 +129,18 @@ std::string addCategory(const std::string& name)
     return name;
 }
 
+// A line is not worth the work that it tells of, and destructors write lines too.
 void log(int level, const std::string& category, const std::string& message, const char* file,
          const char* function, int line)
 {
-    if (level <= shownLevel)
-        writeToTerminal(level, category, message);
-    Observation& observation = Observation::instance();
-    if (observation.observed())
-        observation.tell({level, category, message, file ? file : "", function ? function : "", line});
+    try {
+        if (level <= shownLevel)
+            writeToTerminal(level, category, message);
+        Observation& observation = Observation::instance();
+        if (observation.observed())
+            observation.tell({level, category, message, file ? file : "", function ? function : "", line});
+    } catch (...) {
+    }
 }
 
 Handler setHandler(Handler handler)
@@ -149,9 +153,9 @@ int setLevel(int level)
     return shownLevel.exchange(level);
 }
 
-LogStream::LogStream(int level, std::string category, const char* file, const char* function, int line)
+LogStream::LogStream(int level, const std::string& category, const char* file, const char* function, int line)
     : _level(level),
-      _category(std::move(category)),
+      _category(category),
       _file(file),
       _function(function),
       _line(line)
@@ -161,7 +165,10 @@ LogStream::LogStream(int level, std::string category, const char* file, const ch
 
 LogStream::~LogStream()
 {
-    log(_level, _category, _message.str(), _file, _function, _line);
+    try {
+        log(_level, _category, _message.str(), _file, _function, _line);
+    } catch (...) { // no memory for the text
+    }
 }
 
 } // namespace rk::log

@@ -8,6 +8,7 @@
 ///
 /// Every line goes to the terminal, if its level is shown there, and to the observer, if there is one.
 /// Threads: all operations are thread-safe. Lines of several threads never mix.
+/// Failure: nothing here throws; a line that the memory does not suffice for is cut or dropped.
 namespace rk::log {
 
 /// The levels, most severe first.
@@ -51,11 +52,12 @@ Handler setHandler(Handler handler);
 /// Sets the highest level that the terminal shows; Info from the start, 0 for silence. Gives the former back.
 int setLevel(int level);
 
-/// Collects a message by stream insertion and writes it as one line when it ends.
+/// Collects a message by stream insertion and writes it as one line when it ends. `category` must live as
+/// long as the stream.
 class LogStream
 {
 public:
-    LogStream(int level, std::string category, const char* file, const char* function, int line);
+    LogStream(int level, const std::string& category, const char* file, const char* function, int line);
     ~LogStream();
     LogStream(const LogStream&) = delete;
     LogStream& operator=(const LogStream&) = delete;
@@ -69,7 +71,7 @@ public:
 
 private:
     const int _level;
-    const std::string _category;
+    const std::string& _category;
     const char* const _file;
     const char* const _function;
     const int _line;

@@ -9,11 +9,36 @@
 #include "corvale/runtime/nodesource.h"
 #include "corvale/runtime/port.h"
 #include "corvale/runtime/stringhash.h"
+#include "rk/log.h"
 
 #include <boost/make_shared.hpp>
 #include <boost/thread/lock_guard.hpp>
 
+#include <utility>
+
 namespace ZR::Corvale::Type {
+
+namespace {
+
+const std::string category = rk::log::addCategory("corvale.lambda");
+
+// Whether there is something to work on; if not, after an error line.
+template <typename Pointer>
+bool isGiven(const Pointer& pointer, const char* operation)
+{
+    if (!pointer)
+        RK_LOG(rk::log::Error, category) << operation << "(): there is no filter.";
+    return pointer != nullptr;
+}
+
+// The same keys at each call: what a filter keeps stays with the lambda.
+const StringHash& callHash()
+{
+    static const StringHash hash("___@LAMBDA@___");
+    return hash;
+}
+
+} // namespace
 
 Lambda::Lambda(boost::shared_ptr<Lambda_p> lambda) : _lambda(lambda) {}
 
@@ -21,26 +46,33 @@ Lambda::~Lambda() = default;
 
 boost::shared_ptr<Lambda> Lambda::createLambda(boost::shared_ptr<Filter> filter)
 {
+    if (!isGiven(filter, "createLambda"))
+        return boost::shared_ptr<Lambda>();
     return boost::make_shared<Lambda>(boost::make_shared<Lambda_p>(filter));
 }
 
 boost::shared_ptr<Lambda> Lambda::createLambda(boost::shared_ptr<UserFilter> userFilter)
 {
+    if (!isGiven(userFilter, "createLambda"))
+        return boost::shared_ptr<Lambda>();
     return createLambda(boost::shared_ptr<Filter>(boost::make_shared<FilterAdapter>(userFilter)));
 }
 
 std::vector<boost::shared_ptr<Data>> Lambda::apply(std::vector<boost::shared_ptr<Data>> parameters)
 {
-    return _lambda->apply(parameters);
+    return isGiven(_lambda, "apply") ? _lambda->apply(parameters) : std::vector<boost::shared_ptr<Data>>();
 }
 
 void Lambda::curry(std::vector<boost::shared_ptr<Data>> parameters)
 {
-    _lambda->curry(parameters);
+    if (isGiven(_lambda, "curry"))
+        _lambda->curry(parameters);
 }
 
 boost::shared_ptr<Lambda> Lambda::clone()
 {
+    if (!isGiven(_lambda, "clone"))
+        return boost::shared_ptr<Lambda>();
     return boost::make_shared<Lambda>(_lambda->clone());
 }
 
@@ -58,7 +90,7 @@ Lambda_p::Lambda_p(boost::shared_ptr<Filter> filter)
 Lambda_p::~Lambda_p() = default;
 
 // Takes the graph for the calling thread, which may already be inside it: a lambda can reach itself
-// through its own parameters.
+// through its own parameters. What an exception left in it goes with the last call.
 class Lambda_p::Caller
 {
 public:
@@ -74,8 +106,8 @@ public:
     ~Caller()
     {
         const boost::lock_guard<boost::mutex> guard(_lambda._lock);
-        if (_entered)
-            --_lambda._calls;
+        if (_entered && --_lambda._calls == 0 && std::exchange(_lambda._broken, false))
+            _lambda._node->abandon(callHash(), callHash());
     }
     bool entered() const { return _entered; }
 
@@ -87,7 +119,14 @@ private:
 std::vector<boost::shared_ptr<Data>> Lambda_p::apply(std::vector<boost::shared_ptr<Data>> parameters)
 {
     const Caller caller(*this);
-    return caller.entered() ? _compute(parameters) : _copy(true)->_compute(parameters);
+    if (!caller.entered())
+        return _copy(true)->apply(parameters);
+    try {
+        return _compute(parameters);
+    } catch (...) {
+        _broken = true;
+        throw;
+    }
 }
 
 std::vector<boost::shared_ptr<Data>>
@@ -100,8 +139,7 @@ Lambda_p::_compute(const std::vector<boost::shared_ptr<Data>>& parameters)
             if (!_parameters[i].first)
                 _sources[i]->setData(parameters[next++]);
     }
-    // The same keys at each call: what a filter keeps stays with the lambda.
-    static const StringHash hash("___@LAMBDA@___");
+    const StringHash& hash = callHash();
     for (std::size_t i = 0; i < _node->getOutputs().size(); ++i)
         _node->synchronize(hash, hash, 0);
     std::vector<boost::shared_ptr<Data>> results;

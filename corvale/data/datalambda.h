@@ -23,7 +23,8 @@ class Lambda_p;
 /// the lambda; `clone` separates.
 /// Threads: one thread at a time. A call that meets another one under way on the same object computes
 /// on a copy of it, so that neither disturbs the other.
-/// Failure: an input without value that the filter needs gives null outputs; nothing is logged.
+/// Failure: an input without value that the filter needs gives null outputs; nothing is logged. A lambda
+/// without filter gives no value, or a null pointer, and one error line. What a filter throws passes through.
 class Lambda
 {
 public:

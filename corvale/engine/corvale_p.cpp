@@ -39,12 +39,11 @@ std::vector<std::string> portTexts(const std::vector<boost::shared_ptr<Port>>& p
 
 CorvalePrivate::CorvalePrivate(unsigned int threads) : _parser(this), _scheduler(this, threads)
 {
-    _scheduler.start();
-    const boost::lock_guard<boost::mutex> guard(_filtersMutex);
     for (const boost::shared_ptr<Filter>& filter : Filters::makeBuiltinFilters()) {
         _filters[filter->getName()] = filter;
         filter->bindMemoryManager(&_memoryManager);
     }
+    _scheduler.start(); // last: no worker may see what an exception takes down again
 }
 
 CorvalePrivate::~CorvalePrivate()

@@ -151,6 +151,7 @@ private:
     void _forgetBoundSources();
     void _rebuildSchedule(bool clearZombies); // and forgets which sources are bound
     void _scheduleNew(const std::string& name);
+    void _withdraw(const std::string& name, const boost::shared_ptr<Process>& process);
 
     // The processes, neither among the readers nor active by that condition, that the readers read,
     // directly or not. Caller holds _processesMutex.
@@ -176,7 +177,7 @@ private:
     mutable boost::mutex _processesMutex;
     std::map<std::string, boost::shared_ptr<Process>> _processes; // guarded by _processesMutex
     std::set<std::string> _addedProcesses; // names not in the schedule yet; guarded by _processesMutex
-    bool _namesMoved = false; // since the last look at all connections; guarded by _processesMutex
+    bool _connectionsMoved = false;        // since the last look at all of them; guarded by _processesMutex
     // Every process that may still live, in the table or not: events of two processes may hold each
     // other, and are let go when the engine ends. Guarded by _processesMutex.
     std::vector<boost::weak_ptr<Process>> _everyProcess;

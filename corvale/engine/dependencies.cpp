@@ -57,14 +57,15 @@ void CorvalePrivate::_computeDependency(bool clear)
             entry.second->zombify();
         else if (clear)
             entry.second->unZombify();
-    _namesMoved = false;
+    _connectionsMoved = false;
 }
 
-// A new process can only add readers: what was connected before stands, unless names have moved since.
+// A new process can only add readers: what was connected before stands, unless names have moved since or a
+// look has failed.
 void CorvalePrivate::_scheduleNew(const std::string& name)
 {
     boost::unique_lock<boost::mutex> lock(_processesMutex);
-    if (_namesMoved) {
+    if (_connectionsMoved) {
         lock.unlock();
         _rebuildSchedule(false);
         return;
@@ -143,7 +144,7 @@ Scheduler::ByName CorvalePrivate::getSchedulableProcesses()
 bool CorvalePrivate::takeAddedProcesses(Scheduler::ByName& added)
 {
     const boost::lock_guard<boost::mutex> guard(_processesMutex);
-    if (_namesMoved)
+    if (_connectionsMoved)
         return false;
     for (const std::string& name : _addedProcesses) {
         const auto known = _processes.find(name);

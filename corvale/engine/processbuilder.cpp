@@ -257,12 +257,13 @@ void ProcessBuilder::_publish(float frequency)
     for (const boost::shared_ptr<NodeSource>& source : _attachedSources)
         _process->holdSource(source);
     _process->setFrequency(frequency);
-    _engine._processes.emplace(_name, _process);
     std::ostringstream line;
     line.imbue(std::locale::classic()); // the same text whatever locale the host sets
     line << "new corvale process: \"" << _name << "\" priority: " << _process->getPriority()
          << " frequency: " << _process->getFrequency();
-    _report(rk::log::Verbose, line.str());
+    const std::string text = line.str();
+    _engine._processes.emplace(_name, _process);
+    _report(rk::log::Verbose, text);
 }
 
 std::string ProcessBuilder::_nextAnonymous()

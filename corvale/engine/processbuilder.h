@@ -37,6 +37,9 @@ public:
                const Corvale::PairList& events, const Corvale::PairList& declarations, unsigned int priority,
                float frequency);
 
+    /// What has been made so far; null before there is anything.
+    const boost::shared_ptr<Process>& process() const { return _process; }
+
 private:
     bool _declare(const std::string& keyword, const std::string& declaration);
     bool _makeNode();

@@ -17,6 +17,7 @@
 #include <boost/thread/locks.hpp>
 
 #include <algorithm>
+#include <utility>
 
 namespace ZR::Corvale {
 
@@ -47,9 +48,15 @@ Result CorvalePrivate::_withProcess(const std::string& name, const char* operati
 // What is remembered of bound sources goes after the zombies are known, on which it depends.
 void CorvalePrivate::_rebuildSchedule(bool clearZombies)
 {
-    _computeDependency(clearZombies);
-    _forgetBoundSources();
-    _scheduler.update();
+    try {
+        _computeDependency(clearZombies);
+        _forgetBoundSources();
+        _scheduler.update();
+    } catch (...) { // the next change to the processes makes up for it
+        const boost::lock_guard<boost::mutex> guard(_processesMutex);
+        _connectionsMoved = true;
+        throw;
+    }
 }
 
 void CorvalePrivate::_forgetBoundSources()
@@ -75,29 +82,50 @@ bool CorvalePrivate::createProcess(const std::string& name, const std::string& f
                                    const PairList& declarations, unsigned int priority, float frequency)
 {
     ProcessBuilder builder(*this, name, filter);
-    if (!builder.build(inputs, outputs, events, declarations, priority, frequency))
-        return false;
-    _scheduleNew(name);
+    try {
+        if (!builder.build(inputs, outputs, events, declarations, priority, frequency))
+            return false;
+        _scheduleNew(name);
+    } catch (...) {
+        _withdraw(name, builder.process());
+        throw;
+    }
     return true;
+}
+
+// Another process's event may hold it: so that it comes to nothing there.
+void CorvalePrivate::_withdraw(const std::string& name, const boost::shared_ptr<Process>& process)
+{
+    if (!process)
+        return;
+    process->disable();
+    const boost::lock_guard<boost::mutex> guard(_processesMutex);
+    const auto found = _processes.find(name);
+    if (found != _processes.end() && found->second == process)
+        _processes.erase(found);
+    _connectionsMoved = true;
 }
 
 // A process of the new name is replaced and drops out of the table. The schedule holds processes, not
 // names, and stays as it is.
 bool CorvalePrivate::renameProcess(const std::string& name, const std::string& newName)
 {
-    boost::shared_ptr<Process> replaced; // ends after the lock
+    std::map<std::string, boost::shared_ptr<Process>>::node_type replaced; // ends after the lock
     const boost::lock_guard<boost::mutex> guard(_processesMutex);
     const boost::shared_ptr<Process> process = _findProcess(name);
     if (!process) {
         RK_LOG(rk::log::Error, category) << "Can't rename the process \"" << name << processUnknown;
         return false;
     }
-    _memoryManager.renameProcess(StringHash(name), StringHash(newName));
-    process->setName(newName);
-    _namesMoved = true;
-    _processes.erase(name);
-    replaced = process;
-    _processes[newName].swap(replaced);
+    const StringHash newHash(newName);
+    std::string key = newName;
+    _memoryManager.renameProcess(StringHash(name), newHash); // the last step that may fail
+    process->setName(newHash);
+    _connectionsMoved = true;
+    auto entry = _processes.extract(name);
+    entry.key().swap(key);
+    replaced = _processes.extract(newName);
+    _processes.insert(std::move(entry));
     return true;
 }
 
@@ -109,8 +137,8 @@ bool CorvalePrivate::deleteProcess(const std::string& name)
         RK_LOG(rk::log::Error, category) << "Can't delete process \"" << name << processUnknown;
         return false;
     }
-    _processes.erase(name);
     _memoryManager.removeProcess(StringHash(name));
+    _processes.erase(name);
     lock.unlock();
     RK_LOG(rk::log::Verbose, category) << "Delete process \"" << name << "\".";
     _rebuildSchedule(true);

@@ -81,6 +81,7 @@ private:
         DueQueue queue;
     };
 
+    void _end();
     void run();
     void _visit(const boost::shared_ptr<Process>& process);
     const std::vector<boost::shared_ptr<Process>>& _presentSchedule() const;

@@ -89,8 +89,14 @@ bool CorvalePrivate::createSourceAlias(const std::string& alias, const std::stri
             << "Can't create alias \"" << alias << "\": source or alias is already present.";
         return false;
     }
-    _sourceAliases.emplace(alias, boost::make_shared<NodeSourceAlias>(alias, target));
-    _aliasesOfSource[source].insert(alias);
+    const boost::shared_ptr<NodeSourceAlias> node = boost::make_shared<NodeSourceAlias>(alias, target);
+    const auto entry = _sourceAliases.emplace(alias, node).first;
+    try {
+        _aliasesOfSource[source].insert(alias);
+    } catch (...) {
+        _sourceAliases.erase(entry);
+        throw;
+    }
     return true;
 }
 
@@ -109,11 +115,15 @@ bool CorvalePrivate::renameSourceAlias(const std::string& alias, const std::stri
         RK_LOG(rk::log::Error, category) << "Can't rename alias \"" << alias << "\": alias unknown.";
         return false;
     }
-    _sourceAliases.erase(alias);
     _sourceAliases.emplace(newName, node);
-    std::set<std::string>& names = _aliasesOfSource[node->getSource()->getName()];
-    names.erase(alias);
-    names.insert(newName);
+    try {
+        _aliasesOfSource[node->getSource()->getName()].insert(newName);
+    } catch (...) {
+        _sourceAliases.erase(newName);
+        throw;
+    }
+    _aliasesOfSource[node->getSource()->getName()].erase(alias);
+    _sourceAliases.erase(alias);
     return true;
 }
 
@@ -130,11 +140,11 @@ bool CorvalePrivate::retargetSourceAlias(const std::string& alias, const std::st
         return false;
     }
     former = node->getSource();
+    _aliasesOfSource[source].insert(alias); // the one step that may fail
     const auto names = _aliasesOfSource.find(former->getName());
-    if (names != _aliasesOfSource.end())
+    if (names != _aliasesOfSource.end() && names->first != source)
         names->second.erase(alias);
     node->setSource(target);
-    _aliasesOfSource[source].insert(alias);
     _sourceBoundCache.clear();
     return true;
 }

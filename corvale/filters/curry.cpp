@@ -28,6 +28,8 @@ Values Curry::applyFilter(const Values& inputs, const StringHash&, const StringH
     if (!guards.admit(inputs))
         return {};
     const boost::shared_ptr<Type::Lambda> bound = payload<Type::Lambda>(inputs[0])->clone();
+    if (!bound)
+        return {};
     bound->curry(*payload<Values>(inputs[1]));
     return one(bound);
 }

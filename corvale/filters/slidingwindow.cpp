@@ -89,12 +89,14 @@ cv::Mat moveOn(const boost::shared_ptr<Data>& image, const Divisor& divisor, Val
         for (const boost::shared_ptr<Data>& frame : window)
             addTerms<Component>(dataToCvMat(frame), divisor, sums);
     }
-    std::rotate(window.begin(), window.begin() + 1, window.end());
-    boost::shared_ptr<Data>& slot = window.back();
-    cv::Mat pixels = dataToCvMat(slot.unique() ? slot : cloned(slot)); // at first all slots share one image
-    cv::Mat mean(in.size(), in.type());
+    // What may throw stands before what changes the window.
+    const boost::shared_ptr<Data>& oldest = window.front();
+    cv::Mat pixels = dataToCvMat(oldest.unique() ? oldest : cloned(oldest)); // at first all share one image
+    boost::shared_ptr<Data> newest = cvMatToData(pixels, image->getType(), image);
+    cv::Mat mean = newMatrix(in.size(), in.type());
     exchange<Component>(in, divisor, pixels, sums, mean);
-    slot = cvMatToData(pixels, image->getType(), image);
+    window.front().swap(newest);
+    std::rotate(window.begin(), window.begin() + 1, window.end());
     return mean;
 }
 
@@ -123,8 +125,8 @@ Values SlidingWindow::applyFilter(const Values& inputs, const StringHash& proces
     const StringHash sumsHash = StringHash::extended(scopeHash, "/sums");
     if (!memory) {
         const auto window = boost::make_shared<Data>(Values(size, cloned(inputs[0])));
-        _memoryManager->setData(processHash, scopeHash, window);
         _memoryManager->setData(processHash, sumsHash, nullptr);
+        _memoryManager->setData(processHash, scopeHash, window);
         return one(inputs[0]);
     }
 
