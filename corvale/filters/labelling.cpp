@@ -85,9 +85,17 @@ public:
         std::size_t aboveEnd = _labelling._aboveFirst; // the stretch above in which the pixels so far end
         bool touching = touches(0);
         beginRun(0, touching, _stretches[aboveEnd].label);
-        for (std::size_t w = 0; w < _labelling._begins.size(); ++w) {
+        const std::size_t words = _labelling._begins.size();
+        for (std::size_t w = 0; w < words; ++w) {
             const int first = static_cast<int>(w) * WordBits + 1;
             const int size = std::min(WordBits, _labelling._size.width - first);
+            if (_label == 0 && w % Far == 0 && w + Far < words && staysBackground(first)) {
+                for (std::size_t i = 0; i < Far; ++i)
+                    aboveEnd += static_cast<std::size_t>(countBits(_aboveBegins[w + i]));
+                touching = false;
+                w += Far - 1;
+                continue;
+            }
             const BitWord parting = bitsOf(first, size, [this](int x) { return parts(x); });
             _begins[w] |= parting; // joins may have set some
             BitWord joined = 0;
@@ -102,8 +110,17 @@ public:
     }
 
 private:
+    static constexpr std::size_t Far = 4; // words that are looked over at once
+
     bool parts(int x) const { return _belonging.part(_row[x - 1], _row[x]); }
     bool touches(int x) const { return (_row[x] != 0) & !_belonging.part(_row[x], _above[x]); }
+    bool staysBackground(int first) const // from the pixel to the left on, for `Far` words
+    {
+        std::uint8_t parting = 0;
+        for (int x = first; x < first + static_cast<int>(Far) * WordBits; ++x)
+            parting |= parts(x);
+        return parting == 0;
+    }
     bool meetsSame(int x) const // as the pixel to the left
     {
         return x < _labelling._size.width && touches(x) && !parts(x) && !testBit(_aboveBegins, x - 1);

@@ -8,6 +8,7 @@
 #include "corvale/runtime/port.h"
 #include "rk/log.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -128,10 +129,16 @@ void smoothRow(std::size_t pixels, const Square& square, const uchar* in, uchar*
 
 void clearBorder(cv::Mat& result, const cv::Rect& interior)
 {
-    result.rowRange(0, interior.y).setTo(0);
-    result.rowRange(interior.br().y, result.rows).setTo(0);
-    result.colRange(0, interior.x).setTo(0);
-    result.colRange(interior.br().x, result.cols).setTo(0);
+    const auto clear = [&result](int y, int begin, int end) {
+        std::fill(result.ptr(y) + begin, result.ptr(y) + end, static_cast<uchar>(0));
+    };
+    for (int y = 0; y < result.rows; ++y)
+        if (y < interior.y || y >= interior.br().y) {
+            clear(y, 0, result.cols);
+        } else {
+            clear(y, 0, interior.x);
+            clear(y, interior.br().x, result.cols);
+        }
 }
 
 template <typename Sum>
