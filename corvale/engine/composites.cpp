@@ -21,6 +21,9 @@ namespace {
 
 const std::string category = rk::log::addCategory("corvale.private");
 
+// Each node takes some 400 bytes of the stack of whoever computes, which is 8 megabytes by default.
+constexpr std::size_t greatestDepth = 5000;
+
 /// A composite filter under construction. Each step gives false at its first fault, after a line.
 class CompositeBuilder
 {
@@ -67,6 +70,12 @@ public:
             input->attach(output);
         }
         return true;
+    }
+
+    bool isShallow()
+    {
+        return _composite->measureDepth() <= greatestDepth ||
+               fail("The filter is more than " + std::to_string(greatestDepth) + " nodes deep.");
     }
 
     bool exportInputs(const Corvale::ExportList& inputs)
@@ -133,7 +142,7 @@ bool CorvalePrivate::createFilter(const std::string& name, const PairList& filte
     const boost::lock_guard<boost::mutex> guard(_filtersMutex);
     if (_filters.count(name) != 0)
         return builder.fail("A filter with the name \"" + name + "\" already exists.");
-    if (!builder.addNodes(filters, _filters) || !builder.addLinks(links) ||
+    if (!builder.addNodes(filters, _filters) || !builder.addLinks(links) || !builder.isShallow() ||
         !builder.exportInputs(exportedInputs) || !builder.exportOutputs(exportedOutputs))
         return false;
     _filters.emplace(name, builder.composite());

@@ -2,6 +2,7 @@
 
 #include <boost/shared_ptr.hpp>
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -38,6 +39,9 @@ public:
     boost::shared_ptr<Port> getInput(const std::string& name) const;
     boost::shared_ptr<Port> getOutput(const std::string& name) const;
 
+    /// How many nodes and filters call one another on the longest way through the filter, itself included.
+    std::size_t depth() const { return _depth; }
+
     void bindMemoryManager(MemoryManager* memoryManager) { _memoryManager = memoryManager; }
 
     virtual std::string getDescription() const;
@@ -67,6 +71,7 @@ protected:
     const std::string _name;
     std::vector<boost::shared_ptr<Port>> _inputs;  // fixed once the filter is built
     std::vector<boost::shared_ptr<Port>> _outputs; // fixed once the filter is built
+    std::size_t _depth = 1;                        // fixed once the filter is built
     MemoryManager* _memoryManager = nullptr;       // not owned
 };
 

@@ -8,6 +8,8 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
+
 namespace ZR::Corvale {
 
 namespace {
@@ -84,6 +86,38 @@ bool FilterComposite::exportOutput(const std::string& node, const std::string& p
         return false;
     _outputs.push_back(boost::make_shared<Port>(name, inner));
     return true;
+}
+
+// Takes each node after all that it reads.
+std::size_t FilterComposite::measureDepth()
+{
+    std::map<const Node*, std::vector<NodeFilter*>> readers;
+    std::map<const Node*, std::size_t> unseenLinks, upstreamDepths;
+    std::vector<NodeFilter*> order;
+    std::size_t deepest = 0;
+    for (const auto& entry : _nodes) {
+        NodeFilter* const node = entry.second.get();
+        deepest = std::max(deepest, node->getFilter()->depth());
+        for (const boost::shared_ptr<Port>& input : node->getInputs())
+            for (const boost::shared_ptr<Port>& link : input->getLinks()) {
+                readers[link->getNode()].push_back(node);
+                ++unseenLinks[node];
+            }
+        if (unseenLinks.count(node) == 0)
+            order.push_back(node);
+    }
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        const std::size_t depth = std::max(upstreamDepths[order[i]], order[i]->getFilter()->depth()) + 1;
+        deepest = std::max(deepest, depth);
+        for (NodeFilter* const reader : readers[order[i]]) {
+            upstreamDepths[reader] = std::max(upstreamDepths[reader], depth);
+            if (--unseenLinks[reader] == 0)
+                order.push_back(reader);
+        }
+    }
+    // What is left hangs on a circle, around which a computation goes once.
+    _depth = deepest + (_nodes.size() - order.size()) + 1;
+    return _depth;
 }
 
 void FilterComposite::synchronize(const StringHash& processHash, const StringHash& scopeHash, long long depth)

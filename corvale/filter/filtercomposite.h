@@ -33,6 +33,8 @@ public:
     /// means the node's only one.
     bool exportInput(const std::string& node, const std::string& port, const std::string& name);
     bool exportOutput(const std::string& node, const std::string& port, const std::string& name);
+    /// Finds the depth of the graph as it is linked now; linear in its size.
+    std::size_t measureDepth();
 
     void synchronize(const StringHash& processHash, const StringHash& scopeHash, long long depth) override;
     void synchronizeRelease(const StringHash& processHash, const StringHash& scopeHash,

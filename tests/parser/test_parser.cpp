@@ -127,6 +127,18 @@ TEST_F(ProgramTest, LongAndDeepTextsNeitherRecurseNorGrowQuadratic)
     std::string deep(3000000, '('), chain = "filter f { a";
     for (int i = 0; i < 300000; ++i)
         chain += " -> b";
+    for (int length : {1000, 6000}) { // the longer one could fill the stack
+        std::string row = "filter f { Identity n0; n0 <= in;";
+        for (int i = 1; i < length; ++i)
+            row += "Identity n" + std::to_string(i) + "; n" + std::to_string(i - 1) + " -> n" +
+                   std::to_string(i) + ";";
+        row += "n" + std::to_string(length - 1) + " => out }";
+        EXPECT_EQ(engine.loadProgram(row + "process p(f) { <= 7; => out } delete filter { f }"),
+                  length == 1000);
+        EXPECT_EQ(int(*engine.getData("p:out")), 7);
+    }
+    EXPECT_EQ(log.messages(rk::log::Error).back(),
+              "createFilter(\"f\", filters, links): The filter is more than 5000 nodes deep.");
     EXPECT_TRUE(engine.loadProgram(std::string(3000000, '{')));
     EXPECT_FALSE(engine.loadProgram("process p" + deep + "{ }"));
     EXPECT_FALSE(engine.loadProgram(chain + "}"));
