@@ -5,6 +5,7 @@
 #include "corvale/filter/filter.h"
 #include "corvale/filter/filteradapter.h"
 #include "corvale/filter/userfilter.h"
+#include "corvale/runtime/callstack.h"
 #include "corvale/runtime/nodefilter.h"
 #include "corvale/runtime/nodesource.h"
 #include "corvale/runtime/port.h"
@@ -118,6 +119,10 @@ private:
 
 std::vector<boost::shared_ptr<Data>> Lambda_p::apply(std::vector<boost::shared_ptr<Data>> parameters)
 {
+    if (stackIsShort()) {
+        RK_LOG(rk::log::Error, category) << "apply(): too many lambdas call one another.";
+        return std::vector<boost::shared_ptr<Data>>(_node->getOutputs().size());
+    }
     const Caller caller(*this);
     if (!caller.entered())
         return _copy(true)->apply(parameters);
