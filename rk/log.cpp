@@ -51,7 +51,8 @@ void writeToTerminal(int level, const std::string& category, const std::string& 
 
     const LevelName name = levelName(level);
     std::string tag = std::string(name.text) + "  " + category;
-    tag.append(widestCategory - std::min(widestCategory.load(), category.size()), ' ');
+    const std::size_t widest = widestCategory;
+    tag.append(widest - std::min(widest, category.size()), ' ');
     terminal.log(spdlog::details::log_msg(tag, name.colour, message));
 }
 
@@ -136,6 +137,9 @@ void log(int level, const std::string& category, const std::string& message, con
     try {
         if (level <= shownLevel)
             writeToTerminal(level, category, message);
+    } catch (...) {
+    }
+    try {
         Observation& observation = Observation::instance();
         if (observation.observed())
             observation.tell({level, category, message, file ? file : "", function ? function : "", line});
@@ -155,11 +159,14 @@ int setLevel(int level)
 
 LogStream::LogStream(int level, const std::string& category, const char* file, const char* function, int line)
     : _level(level),
-      _category(category),
       _file(file),
       _function(function),
       _line(line)
 {
+    try {
+        _category = category;
+    } catch (...) { // no memory: the line has no category
+    }
     _message.imbue(std::locale::classic()); // the same text whatever locale the host sets
 }
 

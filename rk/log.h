@@ -52,8 +52,7 @@ Handler setHandler(Handler handler);
 /// Sets the highest level that the terminal shows; Info from the start, 0 for silence. Gives the former back.
 int setLevel(int level);
 
-/// Collects a message by stream insertion and writes it as one line when it ends. `category` must live as
-/// long as the stream.
+/// Collects a message by stream insertion and writes it as one line when it ends.
 class LogStream
 {
 public:
@@ -71,7 +70,7 @@ public:
 
 private:
     const int _level;
-    const std::string& _category;
+    std::string _category;
     const char* const _file;
     const char* const _function;
     const int _line;

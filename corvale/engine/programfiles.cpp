@@ -126,15 +126,14 @@ bool CorvalePrivate::_loadProgramFile(const std::string& path, void* handle)
     return loadProgram(program, handle, file.parent_path().string(rk::unicodeFacet()));
 }
 
-// False also when all went well. All symbols are bound at once: one that is missing makes the load fail here,
-// where a later call would end the program. The library is closed at once: a plug-in whose code must stay
-// keeps itself in memory. It stays open when its entry throws, since the exception may be made of its code.
+// False also when all went well. The library is closed at once: a plug-in whose code must stay keeps
+// itself in memory. It stays open when its entry throws, since the exception may be made of its code.
 bool CorvalePrivate::_loadPlugin(const std::string& path, void* handle)
 {
     if (!_markLoaded(path))
         return true;
     const boost::filesystem::path file(path, rk::unicodeFacet());
-    void* const library = dlopen(path.c_str(), RTLD_NOW);
+    void* const library = dlopen(path.c_str(), RTLD_LAZY);
     if (!library)
         return fail(file, "error when performing dynamic loading.");
     using Entry = void (*)(void*);

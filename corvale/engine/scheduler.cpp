@@ -45,32 +45,23 @@ bool Scheduler::start()
     if (_running)
         return true;
     _running = true;
-    try {
-        for (_threads.reserve(_threadCount); _threads.size() < _threadCount;)
-            _threads.push_back(std::make_unique<boost::thread>([this] { run(); }));
-    } catch (...) {
-        _end();
-        throw;
-    }
+    _threads.reserve(_threadCount); // no thread is lost once it runs
+    while (_threads.size() < _threadCount)
+        _threads.push_back(std::make_unique<boost::thread>([this] { run(); }));
     return true;
 }
 
 bool Scheduler::stop()
 {
     const boost::lock_guard<boost::mutex> guard(_stateMutex);
-    if (_running)
-        _end();
-    return true;
-}
-
-// Caller holds _stateMutex.
-void Scheduler::_end()
-{
+    if (!_running)
+        return true;
     _running = false;
     _wake(true);
     for (const std::unique_ptr<boost::thread>& thread : _threads)
         thread->join();
     _threads.clear();
+    return true;
 }
 
 // Updates go one after the other, so that the last to look at the processes is the last to write.

@@ -38,7 +38,7 @@ class Process;
 /// Ownership: a value member of the engine, which outlives it. Threads: thread-safe. `stop` must not be
 /// called on a worker. Locks, outermost first: `_stateMutex`; `_updateMutex`, the engine's for its
 /// processes; `_workMutex`, `_scheduleMutex`.
-/// Failure: `boost::thread_resource_error` from `start` if no thread can be made.
+/// Failure: `boost::thread_resource_error` from `start` if no thread can be made; those that were made run.
 class Scheduler
 {
 public:
@@ -81,7 +81,6 @@ private:
         DueQueue queue;
     };
 
-    void _end();
     void run();
     void _visit(const boost::shared_ptr<Process>& process);
     const std::vector<boost::shared_ptr<Process>>& _presentSchedule() const;
