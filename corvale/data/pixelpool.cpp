@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <memory>
 #include <new>
 
 namespace ZR::Corvale {
@@ -33,14 +34,16 @@ struct FreeBlock : boost::intrusive::list_base_hook<>
 class FreeBlocks
 {
 public:
-    /// One of that size exactly, since pictures are of few sizes; null if there is none. The last that came
-    /// back is the most likely one to be in the caches.
+    /// One of that size exactly, since pictures are of few sizes; null if none of the last ones that came
+    /// back, which are the likeliest to be in the caches, has it.
     void* take(std::size_t size)
     {
         const boost::lock_guard<boost::mutex> lock(_mutex);
-        const auto found = std::find_if(_blocks.rbegin(), _blocks.rend(),
-                                        [size](const FreeBlock& block) { return block.size == size; });
-        return found != _blocks.rend() ? remove(*found) : nullptr;
+        int looks = 32; // no more, for who cuts pictures to ever other sizes
+        for (auto block = _blocks.rbegin(); block != _blocks.rend() && looks > 0; ++block, --looks)
+            if (block->size == size)
+                return remove(*block);
+        return nullptr;
     }
 
     /// Frees those that wait longest when there are too many.
@@ -79,13 +82,13 @@ public:
                 step[i] = size;
             size *= static_cast<std::size_t>(sizes[i]);
         }
+        auto matrix = std::make_unique<cv::UMatData>(this); // first, so that a failure keeps no block
         void* data = _free.take(size);
         if (!data)
             data = cv::fastMalloc(size);
-        auto* const matrix = new cv::UMatData(this);
         matrix->data = matrix->origdata = static_cast<uchar*>(data);
         matrix->size = size;
-        return matrix;
+        return matrix.release();
     }
     bool allocate(cv::UMatData* matrix, cv::AccessFlag, cv::UMatUsageFlags) const override
     {

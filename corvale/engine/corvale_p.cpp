@@ -43,7 +43,12 @@ CorvalePrivate::CorvalePrivate(unsigned int threads) : _parser(this), _scheduler
         _filters[filter->getName()] = filter;
         filter->bindMemoryManager(&_memoryManager);
     }
-    _scheduler.start(); // last: no worker may see what an exception takes down again
+    try {
+        _scheduler.start();
+    } catch (...) { // the workers that were made must not see the tables go
+        _scheduler.stop();
+        throw;
+    }
 }
 
 CorvalePrivate::~CorvalePrivate()

@@ -159,6 +159,7 @@ void KNNClassification::_addDescriptor(const std::string& text)
 {
     std::istringstream stream(text);
     stream.imbue(std::locale::classic());
+    stream.exceptions(std::ios::badbit); // passes on what is no fault of the text
     int label = 0;
     stream >> label;
     std::vector<float> elements;
