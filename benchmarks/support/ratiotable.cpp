@@ -20,8 +20,9 @@ void RatioTable::ReportRuns(const std::vector<Run>& runs)
         for (const std::string& part : {run.run_name.args, run.run_name.threads})
             name += part.empty() ? "" : "/" + part;
         const auto counter = run.counters.find("ns");
-        const double figure =
-            counter != run.counters.end() ? counter->second.value : run.GetAdjustedRealTime();
+        const bool realTime = run.run_name.time_type == "real_time";
+        const double time = realTime ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime();
+        const double figure = counter != run.counters.end() ? counter->second.value : time;
         const auto note = [&](const std::string& of, double value) {
             const auto known = _least.emplace(of, value).first;
             known->second = std::min(known->second, value);

@@ -10,7 +10,8 @@
 /// Shows benchmarks as usual and keeps the least figure of each, so that two of one run can be compared.
 ///
 /// The figure is the counter "ns" where a benchmark sets it (nanoseconds per node, computation or event),
-/// otherwise its real time per iteration; a counter whose name begins with a slash is a figure of its own,
+/// otherwise its time per iteration: that of its thread, which a busy machine disturbs less, or the real one
+/// where it asks for that; a counter whose name begins with a slash is a figure of its own,
 /// "rate/100/error" for the counter "/error". Of several repetitions the least counts: what else the
 /// machine does only ever adds.
 class RatioTable : public benchmark::ConsoleReporter
