@@ -145,6 +145,8 @@ Lambda_p::_compute(const std::vector<boost::shared_ptr<Data>>& parameters)
                 _sources[i]->setData(parameters[next++]);
     }
     const StringHash& hash = callHash();
+    if (std::exchange(_fresh, false)) // of a former lambda, whose node may have had this one's address
+        _node->forget(hash, hash);
     for (std::size_t i = 0; i < _node->getOutputs().size(); ++i)
         _node->synchronize(hash, hash, 0);
     std::vector<boost::shared_ptr<Data>> results;

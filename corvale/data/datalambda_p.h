@@ -41,6 +41,7 @@ private:
     boost::mutex _lock;
     boost::thread::id _caller; // guarded by _lock
     unsigned int _calls = 0;   // of _caller; guarded by _lock
+    bool _fresh = true;        // nothing was computed yet; of _caller alone
     bool _broken = false;      // an exception ended a call under way; of _caller alone
     std::vector<std::pair<bool, boost::shared_ptr<Data>>>
         _parameters; // curried, and with what; guarded by _lock

@@ -34,4 +34,6 @@ void Filter::synchronizeRelease(const StringHash&, const StringHash&, long long)
 
 void Filter::abandon(const StringHash&, const StringHash&) {}
 
+void Filter::forget(const StringHash&, const StringHash&) {}
+
 } // namespace ZR::Corvale

@@ -64,6 +64,9 @@ public:
     /// Drops what a computation that an exception ended has left inside the filter. Must not throw.
     virtual void abandon(const StringHash& processHash, const StringHash& scopeHash);
 
+    /// Drops what the filter remembers for a scope: its next computation there is the first.
+    virtual void forget(const StringHash& processHash, const StringHash& scopeHash);
+
     /// The filter as a cluster of a DOT graph, opened `depth` levels deep.
     virtual std::string dumpToDot(long& counter, int depth) const = 0;
 

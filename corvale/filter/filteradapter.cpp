@@ -91,4 +91,10 @@ FilterAdapter::applyFilter(const std::vector<boost::shared_ptr<Data>>& inputs, c
     return result;
 }
 
+void FilterAdapter::forget(const StringHash& processHash, const StringHash& scopeHash)
+{
+    if (_memoryManager && _userFilter->hasLocalData())
+        _memoryManager->setData(processHash, scopeHash, boost::shared_ptr<Data>());
+}
+
 } // namespace ZR::Corvale

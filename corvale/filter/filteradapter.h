@@ -24,6 +24,7 @@ public:
     std::vector<boost::shared_ptr<Data>> applyFilter(const std::vector<boost::shared_ptr<Data>>& inputs,
                                                      const StringHash& processHash,
                                                      const StringHash& scopeHash, long long depth) override;
+    void forget(const StringHash& processHash, const StringHash& scopeHash) override;
 
 private:
     void _declareInput(const std::string& declaration);

@@ -168,6 +168,12 @@ void FilterComposite::abandon(const StringHash& processHash, const StringHash& s
     Port::unloadData(_inputs, processHash, scopeHash, 0);
 }
 
+void FilterComposite::forget(const StringHash& processHash, const StringHash& scopeHash)
+{
+    for (const auto& entry : _nodes)
+        entry.second->forget(processHash, scopeHash);
+}
+
 std::string FilterComposite::dumpToDot(long& counter, int depth) const
 {
     DotCluster cluster(_name, counter);

@@ -44,6 +44,7 @@ public:
                                                      const StringHash& scopeHash, long long depth) override;
     void abortFilter(const StringHash& processHash, const StringHash& scopeHash, long long depth) override;
     void abandon(const StringHash& processHash, const StringHash& scopeHash) override;
+    void forget(const StringHash& processHash, const StringHash& scopeHash) override;
     std::string dumpToDot(long& counter, int depth) const override;
 
 private:

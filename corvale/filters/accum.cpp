@@ -95,4 +95,10 @@ Values Accum::applyFilter(const Values& inputs, const StringHash& processHash, c
     return one(average);
 }
 
+void Accum::forget(const StringHash& processHash, const StringHash& scopeHash)
+{
+    if (_memoryManager)
+        _memoryManager->setData(processHash, scopeHash, nullptr);
+}
+
 } // namespace ZR::Corvale::Filters

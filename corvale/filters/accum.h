@@ -24,6 +24,7 @@ public:
 
     Values applyFilter(const Values& inputs, const StringHash& processHash, const StringHash& scopeHash,
                        long long depth) override;
+    void forget(const StringHash& processHash, const StringHash& scopeHash) override;
 };
 
 } // namespace ZR::Corvale::Filters

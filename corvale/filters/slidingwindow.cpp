@@ -144,4 +144,10 @@ Values SlidingWindow::applyFilter(const Values& inputs, const StringHash& proces
     return one(cvMatToData(mean, kind));
 }
 
+void SlidingWindow::forget(const StringHash& processHash, const StringHash& scopeHash)
+{
+    if (_memoryManager)
+        _memoryManager->setData(processHash, scopeHash, nullptr);
+}
+
 } // namespace ZR::Corvale::Filters

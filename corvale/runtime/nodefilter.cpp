@@ -143,6 +143,11 @@ void NodeFilter::requestEmpty(const StringHash& processHash, const StringHash& s
     mark.done({});
 }
 
+void NodeFilter::forget(const StringHash& processHash, const StringHash& scopeHash)
+{
+    _filter->forget(processHash, StringHash::extended(scopeHash, _uniqueId));
+}
+
 void NodeFilter::abandonShared(const StringHash& processHash, const StringHash& scopeHash)
 {
     const ScopeState* state = _scopes.find(scopeHash);

@@ -32,6 +32,8 @@ public:
     /// Drops what a computation that an exception ended has left inside the filter and upstream, which other
     /// nodes share; what is left in this node stays, to be reported. Never throws.
     void abandonShared(const StringHash& processHash, const StringHash& scopeHash);
+    /// Drops what the filter remembers for a scope.
+    void forget(const StringHash& processHash, const StringHash& scopeHash);
 
     /// The node as a cluster of a DOT graph, opened `depth` levels deep.
     std::string dumpToDot(long& counter, int depth) const;

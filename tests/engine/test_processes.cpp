@@ -182,6 +182,12 @@ TEST_F(ProcessTest, ADisabledProcessRunsOnWhileAnActiveOneReadsIt)
     EXPECT_EQ(zombies() + jobs(), "bb c e f") << "readers read who bears the name";
 }
 
+TEST_F(ProcessTest, EachLambdaHasAMemoryOfItsOwn)
+{
+    for (int i = 0; i < 100; ++i) // whose nodes come to lie where others lay
+        EXPECT_EQ(text(engine.createLambda("Count")->apply({value(1)}).at(0)), "1");
+}
+
 TEST_F(ProcessTest, AResetForgetsThePeriodAndRatesAreCut)
 {
     make(engine, "p", "Count", {{"in", "s"}}, {{"out", "out"}}, {}, {}, 3, 0.001f);
