@@ -13,11 +13,45 @@
 
 #include <boost/make_shared.hpp>
 
+#include <new>
 #include <utility>
 
 namespace ZR::Corvale {
 
 using Values = std::vector<boost::shared_ptr<Data>>;
+
+namespace {
+
+// The elements of an array. Arrays one inside another end one after the other: by themselves they would end
+// one inside another, and a row of 20,000 would fill the stack.
+struct Elements : Values
+{
+    explicit Elements(const Values& values) : Values(values) {}
+    ~Elements()
+    {
+        Values ending;
+        ending.swap(*this);
+        while (!ending.empty()) {
+            const boost::shared_ptr<Data> last = std::move(ending.back());
+            ending.pop_back();
+            Values* const inner = last.unique() ? static_cast<Values*>(*last) : nullptr;
+            if (inner && last->getRawData().use_count() == 2) // this one, and the pointer that asks
+                takeAll(*inner, ending);
+        }
+    }
+
+private:
+    static void takeAll(Values& from, Values& to)
+    {
+        try {
+            to.insert(to.end(), from.begin(), from.end());
+            from.clear();
+        } catch (const std::bad_alloc&) { // then they end as they are
+        }
+    }
+};
+
+} // namespace
 
 Data::Data() : _type(Invalid), _valueConstructed(false) {}
 
@@ -45,9 +79,15 @@ CORVALE_DATA_OF(Region2, const Type::Region2&, Type::Region2)
 CORVALE_DATA_OF(Region3, const Type::Region3&, Type::Region3)
 CORVALE_DATA_OF(Time, const Type::Time&, Type::Time)
 CORVALE_DATA_OF(Duration, const Type::Duration&, Type::Duration)
-CORVALE_DATA_OF(Array, const Values&, Values)
 
 #undef CORVALE_DATA_OF
+
+Data::Data(const Values& value)
+    : _data(boost::static_pointer_cast<Values>(boost::make_shared<Elements>(value))),
+      _type(Array),
+      _valueConstructed(true)
+{
+}
 
 Data::Data(const char* value) : Data(std::string(value ? value : "")) {}
 

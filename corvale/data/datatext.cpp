@@ -15,6 +15,7 @@
 #include "corvale/data/datavector4.h"
 #include "corvale/data/datavector6.h"
 #include "corvale/data/dataxyzimage.h"
+#include "corvale/runtime/callstack.h"
 
 #include <algorithm>
 #include <array>
@@ -121,7 +122,7 @@ void write(std::ostream& text, const Values& values)
     text << "{";
     const char* separator = "";
     for (const boost::shared_ptr<Data>& value : values) {
-        text << separator << (value ? value->toString() : "NULL");
+        text << separator << (!value ? "NULL" : stackIsShort() ? "..." : value->toString());
         separator = ";";
     }
     text << "}";

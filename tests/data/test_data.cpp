@@ -97,6 +97,14 @@ TEST(Data, ArraysShareTheirElementsAndHistogramsCopyTheirBins)
 }
 
 // One line for each value: its type, its text, and as bool, int, unsigned, float, double, text and list.
+TEST(Data, ArraysInsideOneAnotherAreWrittenAsFarAsTheStackReachesAndEnd)
+{
+    auto nested = boost::make_shared<Data>(7);
+    for (int i = 0; i < 200000; ++i)
+        nested = boost::make_shared<Data>(Values{nullptr, nested, boost::make_shared<Data>(i)});
+    EXPECT_NE(nested->toString().find("{NULL;...;"), std::string::npos);
+}
+
 TEST(Data, GivesTextsAndNumbersOnlyAsFarAsItShould)
 {
     const auto object = boost::make_shared<Type::Object2D>(nullptr);
