@@ -108,12 +108,15 @@ private:
 
 cv::Mat newMatrix(const cv::Size& size, int type)
 {
-    // It lasts until the process ends: a matrix may be released after all objects of this library.
-    static PixelPool& pool = *new PixelPool;
     cv::Mat matrix;
-    const std::size_t pixels = static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height);
-    if (pooling && pixels * static_cast<std::size_t>(CV_ELEM_SIZE(type)) >= SmallestBlock)
-        matrix.allocator = &pool;
+    if constexpr (pooling) {
+        // It lasts until the process ends: a matrix may be released after all objects of this library.
+        static PixelPool& pool = *new PixelPool;
+        const std::size_t pixels =
+            static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height);
+        if (pixels * static_cast<std::size_t>(CV_ELEM_SIZE(type)) >= SmallestBlock)
+            matrix.allocator = &pool;
+    }
     matrix.create(size, type);
     matrix.allocator = nullptr; // what the host makes of this matrix later is its own
     return matrix;
