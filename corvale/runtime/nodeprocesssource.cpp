@@ -8,11 +8,38 @@
 
 #include <boost/thread/locks.hpp>
 
+#include <new>
+#include <utility>
+#include <vector>
+
 namespace ZR::Corvale {
 
 namespace {
+
 const std::string category = rk::log::addCategory("corvale.nodeProcessSource");
+
+// Lets go of a process. Those of a row that read one another end one after the other, not one inside another.
+void letGo(boost::shared_ptr<Process>& process)
+{
+    static thread_local std::vector<boost::shared_ptr<Process>>* ending = nullptr;
+    if (ending) {
+        try {
+            ending->push_back(std::move(process));
+        } catch (const std::bad_alloc&) { // then it ends with its holder
+        }
+        return;
+    }
+    std::vector<boost::shared_ptr<Process>> row;
+    ending = &row;
+    process.reset();
+    while (!row.empty()) {
+        const boost::shared_ptr<Process> last = std::move(row.back());
+        row.pop_back();
+    }
+    ending = nullptr;
 }
+
+} // namespace
 
 NodeProcessSource::NodeProcessSource(const std::string& name, boost::shared_ptr<Process> process,
                                      const std::string& sinkName)
@@ -23,7 +50,10 @@ NodeProcessSource::NodeProcessSource(const std::string& name, boost::shared_ptr<
     addDependency(_process->getName());
 }
 
-NodeProcessSource::~NodeProcessSource() = default;
+NodeProcessSource::~NodeProcessSource()
+{
+    letGo(_process);
+}
 
 std::uint64_t NodeProcessSource::getUid() const
 {

@@ -26,7 +26,7 @@ public:
 private:
     void _synchronize(const StringHash& processHash, const StringHash& scopeHash, long long depth) override;
 
-    const boost::shared_ptr<Process> _process;
+    boost::shared_ptr<Process> _process; // fixed until the end
     const std::string _sinkName;
 };
 
