@@ -61,7 +61,8 @@ boost::shared_ptr<Lambda> Lambda::createLambda(boost::shared_ptr<UserFilter> use
 
 std::vector<boost::shared_ptr<Data>> Lambda::apply(std::vector<boost::shared_ptr<Data>> parameters)
 {
-    return isGiven(_lambda, "apply") ? _lambda->apply(parameters) : std::vector<boost::shared_ptr<Data>>();
+    return isGiven(_lambda, "apply") ? _lambda->apply(std::move(parameters))
+                                     : std::vector<boost::shared_ptr<Data>>();
 }
 
 void Lambda::curry(std::vector<boost::shared_ptr<Data>> parameters)
@@ -97,7 +98,7 @@ class Lambda_p::Caller
 public:
     explicit Caller(Lambda_p& lambda) : _lambda(lambda)
     {
-        const boost::lock_guard<boost::mutex> guard(_lambda._lock);
+        const boost::lock_guard guard(_lambda._lock);
         _entered = _lambda._calls == 0 || _lambda._caller == boost::this_thread::get_id();
         if (_entered) {
             _lambda._caller = boost::this_thread::get_id();
@@ -106,9 +107,13 @@ public:
     }
     ~Caller()
     {
-        const boost::lock_guard<boost::mutex> guard(_lambda._lock);
-        if (_entered && --_lambda._calls == 0 && std::exchange(_lambda._broken, false))
+        if (!_entered)
+            return;
+        // This thread is still the only one inside, and what ends here may be a host's: no lock.
+        if (_lambda._calls == 1 && std::exchange(_lambda._broken, false))
             _lambda._node->abandon(callHash(), callHash());
+        const boost::lock_guard guard(_lambda._lock);
+        --_lambda._calls;
     }
     bool entered() const { return _entered; }
 
@@ -134,15 +139,15 @@ std::vector<boost::shared_ptr<Data>> Lambda_p::apply(std::vector<boost::shared_p
     }
 }
 
-std::vector<boost::shared_ptr<Data>>
-Lambda_p::_compute(const std::vector<boost::shared_ptr<Data>>& parameters)
+// The parameters become the former values, which end after the lock: they may be a host's.
+std::vector<boost::shared_ptr<Data>> Lambda_p::_compute(std::vector<boost::shared_ptr<Data>>& parameters)
 {
     {
-        const boost::lock_guard<boost::mutex> guard(_lock);
+        const boost::lock_guard guard(_lock);
         std::size_t next = 0;
         for (std::size_t i = 0; i < _sources.size() && next < parameters.size(); ++i)
             if (!_parameters[i].first)
-                _sources[i]->setData(parameters[next++]);
+                _sources[i]->exchangeData(parameters[next++]);
     }
     const StringHash& hash = callHash();
     if (std::exchange(_fresh, false)) // of a former lambda, whose node may have had this one's address
@@ -163,12 +168,13 @@ void Lambda_p::curry(std::vector<boost::shared_ptr<Data>> parameters)
     if (parameters.empty() || _sources.empty())
         return;
     const boost::shared_ptr<Data>& value = parameters.front();
-    const boost::lock_guard<boost::mutex> guard(_lock);
+    std::vector<boost::shared_ptr<Data>> former(_sources.size(), value); // ends after the lock
+    const boost::lock_guard guard(_lock);
     std::size_t i = 0;
     while (i < _sources.size()) {
         const bool bound = _parameters[i].first;
         if (!bound && value) {
-            _sources[i]->setData(value);
+            _sources[i]->exchangeData(former[i]);
             _parameters[i] = {true, value};
         }
         i += bound ? 1 : 2;
@@ -183,7 +189,7 @@ boost::shared_ptr<Lambda_p> Lambda_p::clone()
 boost::shared_ptr<Lambda_p> Lambda_p::_copy(bool withFreeValues)
 {
     const boost::shared_ptr<Lambda_p> copy = boost::make_shared<Lambda_p>(_filter);
-    const boost::lock_guard<boost::mutex> guard(_lock);
+    const boost::lock_guard guard(_lock);
     for (std::size_t i = 0; i < _sources.size(); ++i) {
         copy->_parameters[i] = _parameters[i];
         if (_parameters[i].first)

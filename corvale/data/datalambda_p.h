@@ -1,7 +1,8 @@
 #pragma once
 
+#include "corvale/data/orderedmutex.h"
+
 #include <boost/shared_ptr.hpp>
-#include <boost/thread/mutex.hpp>
 #include <boost/thread/thread.hpp>
 
 #include <utility>
@@ -30,7 +31,7 @@ public:
 private:
     class Caller;
 
-    std::vector<boost::shared_ptr<Data>> _compute(const std::vector<boost::shared_ptr<Data>>& parameters);
+    std::vector<boost::shared_ptr<Data>> _compute(std::vector<boost::shared_ptr<Data>>& parameters);
     boost::shared_ptr<Lambda_p> _copy(bool withFreeValues);
 
     const boost::shared_ptr<Filter> _filter;
@@ -38,7 +39,7 @@ private:
     std::vector<boost::shared_ptr<NodeSource>> _sources; // one an input; fixed after construction
 
     // All calls of one graph use the same keys, so that only one thread may be inside it.
-    boost::mutex _lock;
+    OrderedMutex<LockRank::Lambda> _lock;
     boost::thread::id _caller; // guarded by _lock
     unsigned int _calls = 0;   // of _caller; guarded by _lock
     bool _fresh = true;        // nothing was computed yet; of _caller alone

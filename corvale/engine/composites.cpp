@@ -139,7 +139,7 @@ bool CorvalePrivate::createFilter(const std::string& name, const PairList& filte
                                   const ExportList& exportedInputs, const ExportList& exportedOutputs)
 {
     CompositeBuilder builder(name);
-    const boost::lock_guard<boost::mutex> guard(_filtersMutex);
+    const boost::lock_guard guard(_filtersMutex);
     if (_filters.count(name) != 0)
         return builder.fail("A filter with the name \"" + name + "\" already exists.");
     if (!builder.addNodes(filters, _filters) || !builder.addLinks(links) || !builder.isShallow() ||
@@ -161,7 +161,7 @@ bool CorvalePrivate::createClassificationFilter(const std::string& name, Classif
     const std::string found = rk::path::findData("halvex/vision/fgs", file);
     if (found.empty())
         return fail(file, "File not found.");
-    const boost::lock_guard<boost::mutex> guard(_filtersMutex);
+    const boost::lock_guard guard(_filtersMutex);
     if (_filters.count(name) != 0)
         return fail(found, "A filter with the name \"" + name + "\" already exists.");
     if (type != KNN)

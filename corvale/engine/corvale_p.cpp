@@ -84,13 +84,13 @@ std::string CorvalePrivate::getInstrumentationResult() const
 
 boost::shared_ptr<Filter> CorvalePrivate::_findFilter(const std::string& name) const
 {
-    const boost::lock_guard<boost::mutex> guard(_filtersMutex);
+    const boost::lock_guard guard(_filtersMutex);
     return findIn(_filters, name);
 }
 
 std::vector<std::string> CorvalePrivate::getFilters() const
 {
-    const boost::lock_guard<boost::mutex> guard(_filtersMutex);
+    const boost::lock_guard guard(_filtersMutex);
     return keysOf(_filters);
 }
 
@@ -131,7 +131,7 @@ bool CorvalePrivate::createFilter(boost::shared_ptr<UserFilter> userFilter)
     }
     boost::shared_ptr<Filter> filter = boost::make_shared<FilterAdapter>(userFilter);
     filter->bindMemoryManager(&_memoryManager);
-    const boost::lock_guard<boost::mutex> guard(_filtersMutex);
+    const boost::lock_guard guard(_filtersMutex);
     _filters[filter->getName()].swap(filter); // a former one ends after the lock
     return true;
 }
@@ -149,7 +149,7 @@ boost::shared_ptr<Type::Lambda> CorvalePrivate::createLambda(const std::string& 
 bool CorvalePrivate::deleteFilter(const std::string& name)
 {
     boost::shared_ptr<Filter> dropped; // ends after the lock
-    const boost::lock_guard<boost::mutex> guard(_filtersMutex);
+    const boost::lock_guard guard(_filtersMutex);
     const auto found = _filters.find(name);
     if (found == _filters.end())
         return false;

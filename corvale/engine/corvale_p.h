@@ -1,5 +1,6 @@
 #pragma once
 
+#include "corvale/data/orderedmutex.h"
 #include "corvale/engine/corvale.h"
 #include "corvale/engine/scheduler.h"
 #include "corvale/filter/memorymanager.h"
@@ -7,7 +8,6 @@
 
 #include <boost/function.hpp>
 #include <boost/shared_ptr.hpp>
-#include <boost/thread/mutex.hpp>
 #include <boost/weak_ptr.hpp>
 
 #include <map>
@@ -28,8 +28,7 @@ class Process;
 /// (processes), composite filters (composites), processes under construction (processbuilder),
 /// dependencies and frequencies (dependencies), program files and plug-ins (programfiles).
 ///
-/// Threads: thread-safe. Locks, outermost first: `_processesMutex`, `_sourcesMutex`, `_aliasesMutex`;
-/// under any of them, briefly, `_filtersMutex`. No lock is recursive. Objects that leave a table end
+/// Threads: thread-safe; the order of the locks is that of `LockRank`. Objects that leave a table end
 /// after its lock is released, since what they hold may be a host's.
 class CorvalePrivate
 {
@@ -163,18 +162,18 @@ private:
     Scheduler _scheduler;
     MemoryManager _memoryManager;
 
-    mutable boost::mutex _filtersMutex;
+    mutable OrderedMutex<LockRank::Filters> _filtersMutex{this};
     std::map<std::string, boost::shared_ptr<Filter>> _filters; // guarded by _filtersMutex
 
-    mutable boost::mutex _sourcesMutex;
+    mutable OrderedMutex<LockRank::Sources> _sourcesMutex{this};
     std::map<std::string, boost::shared_ptr<NodeSource>> _sources; // guarded by _sourcesMutex
     mutable std::map<std::string, bool> _sourceBoundCache;         // guarded by _sourcesMutex
 
-    mutable boost::mutex _aliasesMutex;
+    mutable OrderedMutex<LockRank::Aliases> _aliasesMutex{this};
     std::map<std::string, boost::shared_ptr<NodeSourceAlias>> _sourceAliases; // guarded by _aliasesMutex
     std::map<std::string, std::set<std::string>> _aliasesOfSource;            // guarded by _aliasesMutex
 
-    mutable boost::mutex _processesMutex;
+    mutable OrderedMutex<LockRank::Processes> _processesMutex{this};
     std::map<std::string, boost::shared_ptr<Process>> _processes; // guarded by _processesMutex
     std::set<std::string> _addedProcesses; // names not in the schedule yet; guarded by _processesMutex
     bool _connectionsMoved = false;        // since the last look at all of them; guarded by _processesMutex
@@ -183,7 +182,7 @@ private:
     std::vector<boost::weak_ptr<Process>> _everyProcess;
     std::size_t _everyProcessLimit = 64;
 
-    boost::mutex _loadedFilesMutex;
+    OrderedMutex<LockRank::LoadedFiles> _loadedFilesMutex{this};
     std::set<std::string> _loadedFiles; // paths as they were written; guarded by _loadedFilesMutex
 };
 

@@ -42,7 +42,7 @@ std::set<Process*> CorvalePrivate::_inactiveUpstream(std::vector<Process*> reade
 // process that stays a zombie is one throughout: workers read the flags meanwhile.
 void CorvalePrivate::_computeDependency(bool clear)
 {
-    const boost::lock_guard<boost::mutex> guard(_processesMutex);
+    const boost::lock_guard guard(_processesMutex);
     const auto isActive = [clear](const Process& process) {
         return clear ? process.isEnable() : process.isActive();
     };
@@ -64,7 +64,7 @@ void CorvalePrivate::_computeDependency(bool clear)
 // look has failed.
 void CorvalePrivate::_scheduleNew(const std::string& name)
 {
-    boost::unique_lock<boost::mutex> lock(_processesMutex);
+    boost::unique_lock lock(_processesMutex);
     if (_connectionsMoved) {
         lock.unlock();
         _rebuildSchedule(false);
@@ -96,14 +96,14 @@ bool CorvalePrivate::_isRead(const std::string& source) const
 bool CorvalePrivate::isSourceBound(const std::string& name) const
 {
     {
-        const boost::lock_guard<boost::mutex> sources(_sourcesMutex);
+        const boost::lock_guard sources(_sourcesMutex);
         const auto known = _sourceBoundCache.find(name);
         if (known != _sourceBoundCache.end())
             return known->second;
     }
-    const boost::lock_guard<boost::mutex> processes(_processesMutex);
-    const boost::lock_guard<boost::mutex> sources(_sourcesMutex);
-    const boost::lock_guard<boost::mutex> aliases(_aliasesMutex);
+    const boost::lock_guard processes(_processesMutex);
+    const boost::lock_guard sources(_sourcesMutex);
+    const boost::lock_guard aliases(_aliasesMutex);
     const std::set<std::string> names = findIn(_aliasesOfSource, name);
     const bool bound = _isRead(name) || std::any_of(names.begin(), names.end(),
                                                     [&](const std::string& alias) { return _isRead(alias); });
@@ -122,8 +122,8 @@ float CorvalePrivate::_frequencyOf(const std::string& source) const
 
 float CorvalePrivate::getSourceFrequency(const std::string& name) const
 {
-    const boost::lock_guard<boost::mutex> processes(_processesMutex);
-    const boost::lock_guard<boost::mutex> aliases(_aliasesMutex);
+    const boost::lock_guard processes(_processesMutex);
+    const boost::lock_guard aliases(_aliasesMutex);
     float best = _frequencyOf(name);
     for (const std::string& alias : findIn(_aliasesOfSource, name))
         best = std::max(best, _frequencyOf(alias));
@@ -133,7 +133,7 @@ float CorvalePrivate::getSourceFrequency(const std::string& name) const
 Scheduler::ByName CorvalePrivate::getSchedulableProcesses()
 {
     Scheduler::ByName processes;
-    const boost::lock_guard<boost::mutex> guard(_processesMutex);
+    const boost::lock_guard guard(_processesMutex);
     for (const auto& entry : _processes)
         if (isSchedulable(*entry.second))
             processes.emplace_hint(processes.end(), entry);
@@ -143,7 +143,7 @@ Scheduler::ByName CorvalePrivate::getSchedulableProcesses()
 
 bool CorvalePrivate::takeAddedProcesses(Scheduler::ByName& added)
 {
-    const boost::lock_guard<boost::mutex> guard(_processesMutex);
+    const boost::lock_guard guard(_processesMutex);
     if (_connectionsMoved)
         return false;
     for (const std::string& name : _addedProcesses) {
@@ -160,7 +160,7 @@ long long CorvalePrivate::_getNextComputationTime() const
 {
     const long long now = currentMicroseconds();
     long long least = 100000;
-    const boost::lock_guard<boost::mutex> guard(_processesMutex);
+    const boost::lock_guard guard(_processesMutex);
     for (const auto& entry : _processes) {
         const Process& process = *entry.second;
         if (isSchedulable(process) && process.getFrequency() != 0.0f)
@@ -172,7 +172,7 @@ long long CorvalePrivate::_getNextComputationTime() const
 float CorvalePrivate::_getComputationMaxFrequency() const
 {
     float greatest = 0.0f;
-    const boost::lock_guard<boost::mutex> guard(_processesMutex);
+    const boost::lock_guard guard(_processesMutex);
     for (const auto& entry : _processes)
         if (isSchedulable(*entry.second))
             greatest = std::max(greatest, entry.second->getFrequency());

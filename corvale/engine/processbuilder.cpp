@@ -49,7 +49,7 @@ bool ProcessBuilder::build(const Corvale::PairList& inputs, const Corvale::PairL
     if (!_makeNode())
         return false;
 
-    const boost::lock_guard<boost::mutex> guard(_engine._processesMutex);
+    const boost::lock_guard guard(_engine._processesMutex);
     for (const auto& [port, expression] : inputs)
         if (!_connectInput(port, expression))
             return false;
@@ -100,8 +100,8 @@ bool ProcessBuilder::_makeNode()
 
 bool ProcessBuilder::_connectInput(const std::string& port, const std::string& expression)
 {
-    const boost::lock_guard<boost::mutex> sources(_engine._sourcesMutex);
-    const boost::lock_guard<boost::mutex> aliases(_engine._aliasesMutex);
+    const boost::lock_guard sources(_engine._sourcesMutex);
+    const boost::lock_guard aliases(_engine._aliasesMutex);
     const boost::shared_ptr<Port> input = _node->getInput(port);
     if (!input)
         return _fail("impossible to find the specified input \"" + port + "\".");

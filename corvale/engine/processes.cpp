@@ -38,7 +38,7 @@ template <typename Result, typename Use>
 Result CorvalePrivate::_withProcess(const std::string& name, const char* operation, const char* prefix,
                                     const char* suffix, Result missing, Use use) const
 {
-    const boost::lock_guard<boost::mutex> guard(_processesMutex);
+    const boost::lock_guard guard(_processesMutex);
     if (const boost::shared_ptr<Process> process = _findProcess(name))
         return use(*process);
     rk::log::log(rk::log::Error, category, prefix + name + suffix, __FILE__, operation, __LINE__);
@@ -53,7 +53,7 @@ void CorvalePrivate::_rebuildSchedule(bool clearZombies)
         _forgetBoundSources();
         _scheduler.update();
     } catch (...) { // the next change to the processes makes up for it
-        const boost::lock_guard<boost::mutex> guard(_processesMutex);
+        const boost::lock_guard guard(_processesMutex);
         _connectionsMoved = true;
         throw;
     }
@@ -61,19 +61,19 @@ void CorvalePrivate::_rebuildSchedule(bool clearZombies)
 
 void CorvalePrivate::_forgetBoundSources()
 {
-    const boost::lock_guard<boost::mutex> guard(_sourcesMutex);
+    const boost::lock_guard guard(_sourcesMutex);
     _sourceBoundCache.clear();
 }
 
 std::vector<std::string> CorvalePrivate::getProcesses() const
 {
-    const boost::lock_guard<boost::mutex> guard(_processesMutex);
+    const boost::lock_guard guard(_processesMutex);
     return keysOf(_processes);
 }
 
 bool CorvalePrivate::isProcess(const std::string& name) const
 {
-    const boost::lock_guard<boost::mutex> guard(_processesMutex);
+    const boost::lock_guard guard(_processesMutex);
     return _processes.count(name) != 0;
 }
 
@@ -99,7 +99,7 @@ void CorvalePrivate::_withdraw(const std::string& name, const boost::shared_ptr<
     if (!process)
         return;
     process->disable();
-    const boost::lock_guard<boost::mutex> guard(_processesMutex);
+    const boost::lock_guard guard(_processesMutex);
     const auto found = _processes.find(name);
     if (found != _processes.end() && found->second == process)
         _processes.erase(found);
@@ -111,7 +111,7 @@ void CorvalePrivate::_withdraw(const std::string& name, const boost::shared_ptr<
 bool CorvalePrivate::renameProcess(const std::string& name, const std::string& newName)
 {
     std::map<std::string, boost::shared_ptr<Process>>::node_type replaced; // ends after the lock
-    const boost::lock_guard<boost::mutex> guard(_processesMutex);
+    const boost::lock_guard guard(_processesMutex);
     const boost::shared_ptr<Process> process = _findProcess(name);
     if (!process) {
         RK_LOG(rk::log::Error, category) << "Can't rename the process \"" << name << processUnknown;
@@ -131,7 +131,7 @@ bool CorvalePrivate::renameProcess(const std::string& name, const std::string& n
 
 bool CorvalePrivate::deleteProcess(const std::string& name)
 {
-    boost::unique_lock<boost::mutex> lock(_processesMutex);
+    boost::unique_lock lock(_processesMutex);
     const boost::shared_ptr<Process> process = _findProcess(name);
     if (!process) {
         RK_LOG(rk::log::Error, category) << "Can't delete process \"" << name << processUnknown;
@@ -265,7 +265,7 @@ boost::shared_ptr<Data> CorvalePrivate::_readSink(const std::string& sink, const
     if (!hasColon(sink))
         return fail("the sink is not correctly formated (\"process:sink\" expected).");
     const auto [processName, sinkName] = splitString(":", sink);
-    const boost::lock_guard<boost::mutex> guard(_processesMutex);
+    const boost::lock_guard guard(_processesMutex);
     if (const boost::shared_ptr<Process> process = _findProcess(processName))
         return read(*process, sinkName);
     return fail("the process \"" + processName + "\" does not exist.");
@@ -293,7 +293,7 @@ bool CorvalePrivate::createEvent(const std::string& sink,
         return false;
     }
     const auto [processName, sinkName] = splitString(":", sink);
-    const boost::lock_guard<boost::mutex> guard(_processesMutex);
+    const boost::lock_guard guard(_processesMutex);
     const boost::shared_ptr<Process> process = _findProcess(processName);
     if (!process) {
         RK_LOG(rk::log::Error, category) << prefix << "unknown process \"" << processName << "\".";

@@ -77,13 +77,13 @@ bool CorvalePrivate::loadProgram(const std::string& program, void* handle, const
 // tried again.
 bool CorvalePrivate::_markLoaded(const std::string& path)
 {
-    const boost::lock_guard<boost::mutex> guard(_loadedFilesMutex);
+    const boost::lock_guard guard(_loadedFilesMutex);
     return _loadedFiles.insert(path).second;
 }
 
 bool CorvalePrivate::_isLoaded(const std::string& path)
 {
-    const boost::lock_guard<boost::mutex> guard(_loadedFilesMutex);
+    const boost::lock_guard guard(_loadedFilesMutex);
     return _loadedFiles.count(path) != 0;
 }
 

@@ -32,7 +32,15 @@ constexpr long long longestLateness = 200;
 
 } // namespace
 
-Scheduler::Scheduler(CorvalePrivate* engine, unsigned int threads) : _engine(engine), _threadCount(threads) {}
+Scheduler::Scheduler(CorvalePrivate* engine, unsigned int threads)
+    : _engine(engine),
+      _threadCount(threads),
+      _stateMutex(engine),
+      _updateMutex(engine),
+      _workMutex(engine),
+      _scheduleMutex(engine)
+{
+}
 
 Scheduler::~Scheduler()
 {
@@ -41,7 +49,7 @@ Scheduler::~Scheduler()
 
 bool Scheduler::start()
 {
-    const boost::lock_guard<boost::mutex> guard(_stateMutex);
+    const boost::lock_guard guard(_stateMutex);
     if (_running)
         return true;
     _running = true;
@@ -53,7 +61,7 @@ bool Scheduler::start()
 
 bool Scheduler::stop()
 {
-    const boost::lock_guard<boost::mutex> guard(_stateMutex);
+    const boost::lock_guard guard(_stateMutex);
     if (!_running)
         return true;
     _running = false;
@@ -69,11 +77,11 @@ bool Scheduler::update()
 {
     ByName processes; // what it holds in the end goes after the locks, as does the former schedule
     std::vector<boost::shared_ptr<Process>> schedule;
-    const boost::lock_guard<boost::mutex> update(_updateMutex);
+    const boost::lock_guard update(_updateMutex);
     processes = _engine->getSchedulableProcesses();
     {
-        const boost::lock_guard<boost::mutex> work(_workMutex);
-        const boost::lock_guard<boost::mutex> guard(_scheduleMutex);
+        const boost::lock_guard work(_workMutex);
+        const boost::lock_guard guard(_scheduleMutex);
         _scheduled.swap(processes);
         _schedule.swap(schedule);
         _scheduleStale = true;
@@ -85,8 +93,9 @@ bool Scheduler::update()
 
 bool Scheduler::updateAdded()
 {
-    ByName added; // in the end what was replaced, which goes after the locks
-    boost::unique_lock<boost::mutex> updating(_updateMutex);
+    ByName added; // in the end what was replaced, which goes after the locks, as does the former schedule
+    std::vector<boost::shared_ptr<Process>> schedule;
+    boost::unique_lock updating(_updateMutex);
     if (!_engine->takeAddedProcesses(added)) {
         updating.unlock();
         return update();
@@ -94,14 +103,15 @@ bool Scheduler::updateAdded()
     if (added.empty())
         return true;
     {
-        const boost::lock_guard<boost::mutex> work(_workMutex);
-        const boost::lock_guard<boost::mutex> guard(_scheduleMutex);
+        const boost::lock_guard work(_workMutex);
+        const boost::lock_guard guard(_scheduleMutex);
         const std::int64_t now = currentMicroseconds();
         for (auto& [name, process] : added) {
             if (_running && _threadCount != 0) // else nobody would ever take it from there
                 _dueQueue.add(process, now);
             _scheduled[name].swap(process);
         }
+        _schedule.swap(schedule);
         _scheduleStale = true;
     }
     _wake(true);
@@ -149,7 +159,7 @@ Scheduler::pass(const std::vector<boost::shared_ptr<Process>>& processes)
 
 std::vector<boost::shared_ptr<Process>> Scheduler::getScheduledProcessList() const
 {
-    const boost::lock_guard<boost::mutex> guard(_scheduleMutex);
+    const boost::lock_guard guard(_scheduleMutex);
     return _presentSchedule();
 }
 
@@ -160,7 +170,7 @@ bool Scheduler::addProcessToScheduledProcessList(boost::shared_ptr<Process> proc
     if (_threadCount == 0)
         return true;
     {
-        const boost::lock_guard<boost::mutex> guard(_workMutex);
+        const boost::lock_guard guard(_workMutex);
         if (!_running)
             _workList.erase(std::remove(_workList.begin(), _workList.end(), process), _workList.end());
         _workList.push_back(process);
@@ -195,6 +205,7 @@ void Scheduler::buildSchedulingList(std::vector<boost::shared_ptr<Process>>* out
 // has nobody to hand it to.
 void Scheduler::run()
 {
+    LockWatch::workFor(_engine);
     // Sleeps end within microseconds of their time, not within the usual slack of 50 of them.
     prctl(PR_SET_TIMERSLACK, 1UL);
     while (_running) {
@@ -203,7 +214,7 @@ void Scheduler::run()
             _visit(process);
     }
     Dropped dropped;
-    const boost::lock_guard<boost::mutex> guard(_workMutex);
+    const boost::lock_guard guard(_workMutex);
     dropped.slots.swap(_workList);
     std::swap(dropped.queue, _dueQueue);
     _scheduleChanged = true;
@@ -232,7 +243,7 @@ boost::shared_ptr<Process> Scheduler::getNextProcess()
     long long microseconds = 0;
     Dropped dropped;
     {
-        const boost::lock_guard<boost::mutex> guard(_workMutex);
+        const boost::lock_guard guard(_workMutex);
         const std::int64_t now = currentMicroseconds();
         if (_workList.empty())
             lookedAtAll = _beginPass(now, dropped);
@@ -258,7 +269,7 @@ bool Scheduler::_beginPass(std::int64_t now, Dropped& dropped)
         _workList = pass(_dueQueue.takeDue(now));
         return false;
     }
-    const boost::lock_guard<boost::mutex> guard(_scheduleMutex);
+    const boost::lock_guard guard(_scheduleMutex);
     _scheduleChanged = false; // first: a reset from now on is for the next pass
     _workList = _presentSchedule();
     std::swap(dropped.queue, _dueQueue);
@@ -283,7 +294,7 @@ boost::shared_ptr<Process> Scheduler::_takeFromWorkList(Dropped& dropped)
 
 void Scheduler::_release(const boost::shared_ptr<Process>& process)
 {
-    const boost::lock_guard<boost::mutex> guard(_workMutex);
+    const boost::lock_guard guard(_workMutex);
     _activeProcesses.erase(process);
     _dueQueue.refresh(process, currentMicroseconds());
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "corvale/data/orderedmutex.h"
 #include "corvale/engine/duequeue.h"
 
 #include <boost/shared_ptr.hpp>
@@ -95,20 +96,20 @@ private:
     CorvalePrivate* const _engine; // owner
     const unsigned int _threadCount;
 
-    boost::mutex _stateMutex;                             // serialises start and stop
+    OrderedMutex<LockRank::SchedulerState> _stateMutex;   // serialises start and stop
     std::vector<std::unique_ptr<boost::thread>> _threads; // guarded by _stateMutex
     std::atomic<bool> _running{false};
 
-    boost::mutex _updateMutex; // serialises update
+    OrderedMutex<LockRank::SchedulerUpdate> _updateMutex; // serialises update
 
-    boost::mutex _workMutex;
+    OrderedMutex<LockRank::Work> _workMutex;
     std::vector<boost::shared_ptr<Process>> _workList;     // guarded by _workMutex
     std::set<boost::shared_ptr<Process>> _activeProcesses; // in a worker's hands; guarded by _workMutex
     DueQueue _dueQueue;                                    // of the schedule; guarded by _workMutex
     std::atomic<bool> _scheduleChanged{false};             // since the last look at all
     std::int64_t _lastLookAtAll = 0; // microseconds since the epoch; guarded by _workMutex
 
-    mutable boost::mutex _scheduleMutex;
+    mutable OrderedMutex<LockRank::Schedule> _scheduleMutex;
     ByName _scheduled; // what the schedule is made of; guarded by _scheduleMutex
     // Made when it is asked for; guarded by _scheduleMutex.
     mutable std::vector<boost::shared_ptr<Process>> _schedule;

@@ -20,7 +20,7 @@ const std::string category = rk::log::addCategory("corvale.private");
 
 std::vector<std::string> CorvalePrivate::getSources() const
 {
-    const boost::lock_guard<boost::mutex> guard(_sourcesMutex);
+    const boost::lock_guard guard(_sourcesMutex);
     return keysOf(_sources);
 }
 
@@ -31,8 +31,8 @@ bool CorvalePrivate::_isSourceNameTaken(const std::string& name) const
 
 bool CorvalePrivate::createSource(const std::string& name)
 {
-    const boost::lock_guard<boost::mutex> sources(_sourcesMutex);
-    const boost::lock_guard<boost::mutex> aliases(_aliasesMutex);
+    const boost::lock_guard sources(_sourcesMutex);
+    const boost::lock_guard aliases(_aliasesMutex);
     if (_isSourceNameTaken(name)) {
         RK_LOG(rk::log::Error, category) << "createSource(\"" << name << "\"): source already exists.";
         return false;
@@ -43,9 +43,9 @@ bool CorvalePrivate::createSource(const std::string& name)
 
 bool CorvalePrivate::createSourceFromProcessSink(const std::string& name, const std::string& sink)
 {
-    const boost::lock_guard<boost::mutex> processes(_processesMutex);
-    const boost::lock_guard<boost::mutex> sources(_sourcesMutex);
-    const boost::lock_guard<boost::mutex> aliases(_aliasesMutex);
+    const boost::lock_guard processes(_processesMutex);
+    const boost::lock_guard sources(_sourcesMutex);
+    const boost::lock_guard aliases(_aliasesMutex);
     if (_isSourceNameTaken(name)) {
         RK_LOG(rk::log::Error, category)
             << "createSourceFromProcessSink(\"" << name << "\"): source already exists.";
@@ -76,8 +76,8 @@ bool CorvalePrivate::createSourceFromProcessSink(const std::string& name, const 
 
 bool CorvalePrivate::createSourceAlias(const std::string& alias, const std::string& source)
 {
-    const boost::lock_guard<boost::mutex> sources(_sourcesMutex);
-    const boost::lock_guard<boost::mutex> aliases(_aliasesMutex);
+    const boost::lock_guard sources(_sourcesMutex);
+    const boost::lock_guard aliases(_aliasesMutex);
     const boost::shared_ptr<NodeSource> target = findIn(_sources, source);
     if (!target) {
         RK_LOG(rk::log::Error, category)
@@ -103,8 +103,8 @@ bool CorvalePrivate::createSourceAlias(const std::string& alias, const std::stri
 // The node keeps the name that it was made with; only the table's key changes.
 bool CorvalePrivate::renameSourceAlias(const std::string& alias, const std::string& newName)
 {
-    const boost::lock_guard<boost::mutex> sources(_sourcesMutex);
-    const boost::lock_guard<boost::mutex> aliases(_aliasesMutex);
+    const boost::lock_guard sources(_sourcesMutex);
+    const boost::lock_guard aliases(_aliasesMutex);
     if (_isSourceNameTaken(newName)) {
         RK_LOG(rk::log::Error, category)
             << "Can't rename alias \"" << alias << "\": \"" << newName << "\" is already in use.";
@@ -130,8 +130,8 @@ bool CorvalePrivate::renameSourceAlias(const std::string& alias, const std::stri
 bool CorvalePrivate::retargetSourceAlias(const std::string& alias, const std::string& source)
 {
     boost::shared_ptr<NodeSource> former; // ends after the locks
-    const boost::lock_guard<boost::mutex> sources(_sourcesMutex);
-    const boost::lock_guard<boost::mutex> aliases(_aliasesMutex);
+    const boost::lock_guard sources(_sourcesMutex);
+    const boost::lock_guard aliases(_aliasesMutex);
     const boost::shared_ptr<NodeSourceAlias> node = findIn(_sourceAliases, alias);
     const boost::shared_ptr<NodeSource> target = findIn(_sources, source);
     if (!node || !target) {
@@ -154,8 +154,8 @@ bool CorvalePrivate::retargetSourceAlias(const std::string& alias, const std::st
 bool CorvalePrivate::deleteSource(const std::string& name)
 {
     boost::shared_ptr<NodeSource> dropped; // ends after the locks
-    const boost::lock_guard<boost::mutex> sources(_sourcesMutex);
-    const boost::lock_guard<boost::mutex> aliases(_aliasesMutex);
+    const boost::lock_guard sources(_sourcesMutex);
+    const boost::lock_guard aliases(_aliasesMutex);
     if ((dropped = findIn(_sources, name))) {
         _aliasesOfSource.erase(name);
         _sources.erase(name);
@@ -174,10 +174,10 @@ bool CorvalePrivate::setData(const std::string& name, boost::shared_ptr<Data> da
 {
     boost::shared_ptr<NodeSource> source;
     if (!hasColon(name)) {
-        const boost::lock_guard<boost::mutex> sources(_sourcesMutex);
+        const boost::lock_guard sources(_sourcesMutex);
         source = findIn(_sources, name);
     } else {
-        const boost::lock_guard<boost::mutex> processes(_processesMutex);
+        const boost::lock_guard processes(_processesMutex);
         const auto [processName, sourceName] = splitString(":", name);
         const boost::shared_ptr<Process> process = _findProcess(processName);
         if (!process) {
@@ -197,13 +197,13 @@ boost::shared_ptr<Data> CorvalePrivate::getSourceData(const std::string& name) c
 {
     boost::shared_ptr<NodeSource> source;
     if (!hasColon(name)) {
-        const boost::lock_guard<boost::mutex> sources(_sourcesMutex);
-        const boost::lock_guard<boost::mutex> aliases(_aliasesMutex);
+        const boost::lock_guard sources(_sourcesMutex);
+        const boost::lock_guard aliases(_aliasesMutex);
         source = findIn(_sources, name);
         if (!source)
             source = findIn(_sourceAliases, name);
     } else {
-        const boost::lock_guard<boost::mutex> processes(_processesMutex);
+        const boost::lock_guard processes(_processesMutex);
         const auto [processName, sourceName] = splitString(":", name);
         const boost::shared_ptr<Process> process = _findProcess(processName);
         if (!process) {

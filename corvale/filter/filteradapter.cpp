@@ -82,7 +82,7 @@ FilterAdapter::applyFilter(const std::vector<boost::shared_ptr<Data>>& inputs, c
         return _userFilter->applyFilter(inputs);
 
     // Without a memory manager, as in a lambda made of a user filter alone, nothing is kept.
-    const boost::lock_guard<boost::mutex> guard(_adapterLock);
+    const boost::lock_guard guard(_adapterLock);
     _userFilter->setLocalData(_memoryManager ? _memoryManager->getData(processHash, scopeHash)
                                              : boost::shared_ptr<Data>());
     std::vector<boost::shared_ptr<Data>> result = _userFilter->applyFilter(inputs);

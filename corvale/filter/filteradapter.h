@@ -1,8 +1,7 @@
 #pragma once
 
+#include "corvale/data/orderedmutex.h"
 #include "corvale/filter/filterprimitive.h"
-
-#include <boost/thread/mutex.hpp>
 
 namespace ZR::Corvale {
 
@@ -32,7 +31,7 @@ private:
     void _addTypes(Port& port, const std::string& types);
 
     const boost::shared_ptr<UserFilter> _userFilter;
-    boost::mutex _adapterLock; // guards the local data of _userFilter for a call
+    OrderedMutex<LockRank::FilterAdapter> _adapterLock; // guards the local data of _userFilter for a call
 };
 
 } // namespace ZR::Corvale

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "corvale/data/orderedmutex.h"
+
 #include <boost/shared_ptr.hpp>
-#include <boost/thread/mutex.hpp>
 #include <boost/unordered_map.hpp>
 
 #include <cstdint>
@@ -36,7 +37,7 @@ public:
 private:
     using Scopes = boost::unordered_map<std::uint64_t, boost::shared_ptr<Data>>;
 
-    boost::mutex _memoryLock;
+    OrderedMutex<LockRank::Memory> _memoryLock;
     boost::unordered_map<std::uint64_t, Scopes> _memory; // guarded by _memoryLock
 };
 

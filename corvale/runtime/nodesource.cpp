@@ -50,10 +50,15 @@ void NodeSource::requestEmpty(const StringHash& processHash, const StringHash&, 
 
 bool NodeSource::setData(boost::shared_ptr<Data> value)
 {
+    exchangeData(value); // the former value goes with the argument, after the lock
+    return true;
+}
+
+void NodeSource::exchangeData(boost::shared_ptr<Data>& value)
+{
     const boost::lock_guard<ShortLock> guard(_sourceLock);
     ++_uid;
-    _data.swap(value); // the former value goes with the argument, after the lock
-    return true;
+    _data.swap(value);
 }
 
 boost::shared_ptr<Data> NodeSource::getData() const

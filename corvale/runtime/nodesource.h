@@ -25,6 +25,9 @@ public:
 
     /// Sets the value, null meaning none. A change even if it is the same pointer again. True.
     virtual bool setData(boost::shared_ptr<Data> value);
+    /// Sets the value of this very node and gives the former one back, so that the caller can let it end
+    /// where no lock is held.
+    void exchangeData(boost::shared_ptr<Data>& value);
     /// The present value, not a snapshot.
     virtual boost::shared_ptr<Data> getData() const;
     /// Counts the changes; 0 before the first.

@@ -144,13 +144,13 @@ void Process::validate()
 
 long long Process::getTimeToLive(long long now) const
 {
-    const boost::unique_lock<boost::mutex> lock(_lock, boost::try_to_lock);
+    const boost::unique_lock lock(_lock, boost::try_to_lock);
     return lock ? wrappingDifference(getDueTime(), now) : period(_frequency);
 }
 
 bool Process::update()
 {
-    const boost::lock_guard<boost::mutex> guard(_lock);
+    const boost::lock_guard guard(_lock);
     if (!isActive())
         return false;
     if (isValid())
@@ -248,7 +248,7 @@ bool Process::_ownsSink(const std::string& sinkName) const
 
 bool Process::reset()
 {
-    const boost::lock_guard<boost::mutex> guard(_lock);
+    const boost::lock_guard guard(_lock);
     _lastComputationTime = 0;
     for (auto& watched : _watchedSources)
         watched.second = _neverSeen;

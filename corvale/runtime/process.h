@@ -1,10 +1,10 @@
 #pragma once
 
+#include "corvale/data/orderedmutex.h"
 #include "corvale/runtime/shortlock.h"
 #include "corvale/runtime/stringhash.h"
 
 #include <boost/shared_ptr.hpp>
-#include <boost/thread/mutex.hpp>
 
 #include <atomic>
 #include <cstdint>
@@ -119,7 +119,7 @@ private:
 
     static constexpr std::uint64_t _neverSeen = ~std::uint64_t(0);
 
-    mutable boost::mutex _lock; // held for a whole computation or reset
+    mutable OrderedMutex<LockRank::Process> _lock; // held for a whole computation or reset
     std::map<boost::shared_ptr<NodeSource>, std::uint64_t>
         _watchedSources; // last change seen; guarded by _lock
 

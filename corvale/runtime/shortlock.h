@@ -1,5 +1,7 @@
 #pragma once
 
+#include "corvale/data/lockorder.h"
+
 #include <atomic>
 
 namespace ZR::Corvale {
@@ -10,20 +12,26 @@ namespace ZR::Corvale {
 /// when nobody waits; when somebody does, the holder is through before a mutex would have put the other
 /// thread to sleep. Who waits longer gives the core away, and soon sleeps, so that a holder of lower
 /// priority comes to run. To be used as a mutex, through a guard.
-/// Threads: thread-safe; not recursive.
-class ShortLock
+/// Threads: thread-safe; not recursive, and innermost: under one of them, no other lock is taken.
+class ShortLock : private LockWatch
 {
 public:
-    ShortLock() = default;
+    ShortLock() : LockWatch(LockRank::Short) {}
     ShortLock(const ShortLock&) = delete;
     ShortLock& operator=(const ShortLock&) = delete;
 
     void lock()
     {
+        wanted();
         if (_taken.exchange(true, std::memory_order_acquire))
             _wait();
+        taken();
     }
-    void unlock() { _taken.store(false, std::memory_order_release); }
+    void unlock()
+    {
+        given();
+        _taken.store(false, std::memory_order_release);
+    }
 
 private:
     void _wait();
