@@ -1,15 +1,12 @@
 // A long run leaves memory flat and every node's tables empty.
 
+#include "benchmarks/support/usage.h"
 #include "corvale/data/data.h"
 #include "corvale/engine/corvale.h"
 #include "support/logcapture.h"
 
 #include <boost/make_shared.hpp>
 #include <gmock/gmock.h>
-
-#include <unistd.h>
-
-#include <fstream>
 
 using namespace ZR::Corvale;
 
@@ -26,12 +23,7 @@ std::size_t bytesInUse()
 }
 #else
 constexpr int computations = 1000000;
-std::size_t bytesInUse()
-{
-    std::size_t pages = 0;
-    std::ifstream("/proc/self/statm") >> pages >> pages;
-    return pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
-}
+constexpr auto bytesInUse = support::residentBytes;
 #endif
 
 } // namespace
