@@ -6,6 +6,7 @@
 #include "engine/graphs.h"
 #include "engine/peers.h"
 #include "rk/os.h"
+#include "support/pinnedthread.h"
 
 #include <benchmark/benchmark.h>
 #include <boost/make_shared.hpp>
@@ -17,6 +18,7 @@ using ZR::Corvale::Data;
 // What every computation costs, whatever its filters do: source, sink and a due `update`.
 void computation(benchmark::State& state)
 {
+    const PinnedThread pinned;
     graphs::OneProcess graph = graphs::makeBareProcess("p");
     const auto value = boost::make_shared<Data>(1);
     for (auto _ : state)
@@ -27,6 +29,7 @@ BENCHMARK(computation);
 // A computation asks the time twice.
 void twoClockReads(benchmark::State& state)
 {
+    const PinnedThread pinned;
     timeval now{};
     for (auto _ : state)
         for (int i = 0; i < 2; ++i) {
@@ -38,6 +41,7 @@ BENCHMARK(twoClockReads);
 
 void notDue(benchmark::State& state)
 {
+    const PinnedThread pinned;
     graphs::OneProcess graph = graphs::makeProcess("p", graphs::chain(1));
     graph.compute(boost::make_shared<Data>(1));
     graph.process->setFrequency(0.001f);
@@ -52,6 +56,7 @@ BENCHMARK(notDue);
 // Not a time: allocations per node and computation, of which one is the filter's result.
 void chainAllocations(benchmark::State& state)
 {
+    const PinnedThread pinned;
     graphs::OneProcess graph = graphs::makeProcess("p", graphs::chain(100));
     const auto value = boost::make_shared<Data>(1);
     graph.compute(value);
@@ -65,6 +70,7 @@ BENCHMARK(chainAllocations);
 
 void chain(benchmark::State& state)
 {
+    const PinnedThread pinned;
     graphs::OneProcess graph = graphs::makeProcess("p", graphs::chain(static_cast<int>(state.range(0))));
     const auto value = boost::make_shared<Data>(1);
     for (auto _ : state)
@@ -75,6 +81,7 @@ BENCHMARK(chain)->Arg(1)->Arg(10)->Arg(100);
 
 void tbbChain(benchmark::State& state)
 {
+    const PinnedThread pinned;
     const peers::OneThread only;
     peers::Chain graph(static_cast<int>(state.range(0)));
     const auto value = boost::make_shared<Data>(1);

@@ -3,6 +3,7 @@
 #include "corvale/data/data.h"
 #include "engine/graphs.h"
 #include "engine/peers.h"
+#include "support/pinnedthread.h"
 
 #include <benchmark/benchmark.h>
 #include <boost/make_shared.hpp>
@@ -13,6 +14,7 @@ using ZR::Corvale::Data;
 
 void diamond(benchmark::State& state)
 {
+    const PinnedThread pinned;
     graphs::OneProcess graph = graphs::makeProcess("p", graphs::diamond());
     const auto value = boost::make_shared<Data>(1);
     for (auto _ : state)
@@ -23,6 +25,7 @@ BENCHMARK(diamond);
 
 void tbbDiamond(benchmark::State& state)
 {
+    const PinnedThread pinned;
     const peers::OneThread only;
     peers::Diamond graph;
     const auto value = boost::make_shared<Data>(1);

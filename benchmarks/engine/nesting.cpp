@@ -3,6 +3,7 @@
 #include "corvale/data/data.h"
 #include "engine/graphs.h"
 #include "engine/peers.h"
+#include "support/pinnedthread.h"
 
 #include <benchmark/benchmark.h>
 #include <boost/make_shared.hpp>
@@ -11,6 +12,7 @@ namespace {
 
 void nesting(benchmark::State& state)
 {
+    const PinnedThread pinned;
     const int depth = static_cast<int>(state.range(0));
     graphs::OneProcess graph = graphs::makeProcess("p", graphs::nested(depth));
     const auto value = boost::make_shared<ZR::Corvale::Data>(1);

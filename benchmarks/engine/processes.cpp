@@ -3,6 +3,7 @@
 #include "corvale/data/data.h"
 #include "corvale/engine/corvale.h"
 #include "engine/peers.h"
+#include "support/pinnedthread.h"
 
 #include <benchmark/benchmark.h>
 #include <boost/make_shared.hpp>
@@ -89,6 +90,7 @@ BENCHMARK(timedSleeps)->Iterations(1)->Unit(benchmark::kMillisecond);
 // Per process: making it, its place in the schedule, and one pass over all.
 void buildProcesses(benchmark::State& state)
 {
+    const PinnedThread pinned;
     for (auto _ : state) {
         ZR::Corvale::Corvale engine(0);
         addProcesses(engine, static_cast<int>(state.range(0)), 10.0f);
@@ -103,6 +105,7 @@ BENCHMARK(buildProcesses)->Arg(10)->Arg(100)->Arg(1000)->Arg(10000)->Unit(benchm
 // Per byte of a text of so many statements, a hundred bytes each.
 void loadText(benchmark::State& state)
 {
+    const PinnedThread pinned;
     std::string text;
     for (int i = 0; i < state.range(0); ++i) {
         const std::string line = "source s" + std::to_string(i) + " { " + std::to_string(i) + " } # ";

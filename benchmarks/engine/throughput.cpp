@@ -6,6 +6,7 @@
 #include "corvale/runtime/process.h"
 #include "engine/graphs.h"
 #include "engine/peers.h"
+#include "support/pinnedthread.h"
 
 #include <benchmark/benchmark.h>
 #include <boost/make_shared.hpp>
@@ -37,6 +38,7 @@ std::vector<graphs::OneProcess> makeProcesses(bool sharedSource)
 
 void computeOn(benchmark::State& state, bool sharedSource)
 {
+    const PinnedThread pinned(state.thread_index());
     static std::vector<graphs::OneProcess> processes;
     if (state.thread_index() == 0)
         processes = makeProcesses(sharedSource);

@@ -6,13 +6,12 @@
 // that says "at the speed of memcpy" waits for memory, as the peer does.
 
 #include "filters/comparisons.h"
+#include "support/pinnedthread.h"
 #include "support/ratiotable.h"
 
 #include "rk/log.h"
 
 #include <opencv2/core/utility.hpp>
-
-#include <sched.h>
 
 #include <cstring>
 #include <exception>
@@ -27,21 +26,6 @@ constexpr double AtBound = 1.1; // of what memcpy takes for the same traffic
 constexpr double Noise = 1.03;  // runs of one and the same function differ by as much
 
 const std::string peerSuffix = ", peer", lessSuffix = ", part of the peer", copySuffix = ", memcpy";
-
-// Keeps this thread on one processor, the last one, which has the least to do with devices.
-void pinThread()
-{
-    cpu_set_t allowed, one;
-    CPU_ZERO(&one);
-    if (sched_getaffinity(0, sizeof allowed, &allowed) != 0)
-        return;
-    for (int cpu = CPU_SETSIZE - 1; cpu >= 0; --cpu)
-        if (CPU_ISSET(cpu, &allowed)) {
-            CPU_SET(cpu, &one);
-            sched_setaffinity(0, sizeof one, &one);
-            return;
-        }
-}
 
 void measure(const std::string& name, const Comparison::Task& task)
 {
@@ -99,7 +83,7 @@ try {
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;
     cv::setNumThreads(1);
-    pinThread();
+    const PinnedThread pinned;
 
     const Pictures small(PICTURES, {640, 480}), large(PICTURES, {1920, 1080});
     std::vector<Comparison> comparisons;
