@@ -21,13 +21,21 @@ namespace {
 
 const std::string category = rk::log::addCategory("corvale.lockOrder");
 
-constexpr std::array rankNames{"Scheduler::_stateMutex",      "Scheduler::_updateMutex",
-                               "Corvale::_processesMutex",    "Process::_lock",
-                               "FilterAdapter::_adapterLock", "Corvale::_sourcesMutex",
-                               "Corvale::_aliasesMutex",      "Corvale::_filtersMutex",
-                               "Corvale::_loadedFilesMutex",  "Lambda::_lock",
-                               "MemoryManager::_memoryLock",  "Scheduler::_workMutex",
-                               "Scheduler::_scheduleMutex",   "a ShortLock"};
+constexpr std::array rankNames{"Scheduler::_stateMutex",
+                               "Scheduler::_updateMutex",
+                               "Corvale::_processesMutex",
+                               "Process::_lock",
+                               "FilterAdapter::_adapterLock",
+                               "Corvale::_sourcesMutex",
+                               "Corvale::_aliasesMutex",
+                               "Corvale::_filtersMutex",
+                               "Corvale::_loadedFilesMutex",
+                               "Lambda::_lock",
+                               "MemoryManager::_memoryLock",
+                               "Scheduler::_workMutex",
+                               "Scheduler::_scheduleMutex",
+                               "NodeSource::_shards",
+                               "a ShortLock"};
 static_assert(rankNames.size() == static_cast<std::size_t>(LockRank::Short) + 1);
 
 const char* nameOf(LockRank rank)

@@ -29,6 +29,7 @@ enum class LockRank
     Memory,      // what filters keep
     Work,        // the work list, who computes, what is due; processes are looked at, never waited for
     Schedule,    // the schedule
+    Snapshots,   // what a source keeps for some of the processes that read it; a `ShortLock` as well
     Short        // every `ShortLock`: one table of a node or port, one value, one name
 };
 // Further in stand those under which nothing of the engine is taken: Scheduler::_sleepMutex, the tables of

@@ -28,6 +28,13 @@ std::string Filter::getDescription() const
     return "* no description *";
 }
 
+std::vector<boost::shared_ptr<Data>> Filter::consume(std::vector<boost::shared_ptr<Data>>& inputs,
+                                                     const StringHash& processHash,
+                                                     const StringHash& scopeHash, long long depth)
+{
+    return applyFilter(inputs, processHash, scopeHash, depth);
+}
+
 void Filter::synchronize(const StringHash&, const StringHash&, long long) {}
 
 void Filter::synchronizeRelease(const StringHash&, const StringHash&, long long) {}

@@ -58,6 +58,11 @@ public:
     virtual std::vector<boost::shared_ptr<Data>>
     applyFilter(const std::vector<boost::shared_ptr<Data>>& inputs, const StringHash& processHash,
                 const StringHash& scopeHash, long long depth) = 0;
+    /// As `applyFilter`, for a caller who needs the inputs no more; they are left in any state. A filter that
+    /// hands values on moves them: counts of references are what the cheapest filters cost most by.
+    virtual std::vector<boost::shared_ptr<Data>> consume(std::vector<boost::shared_ptr<Data>>& inputs,
+                                                         const StringHash& processHash,
+                                                         const StringHash& scopeHash, long long depth);
     /// Called instead of `applyFilter` when there is nothing to compute from.
     virtual void abortFilter(const StringHash& processHash, const StringHash& scopeHash, long long depth) = 0;
 

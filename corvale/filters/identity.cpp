@@ -2,6 +2,8 @@
 
 #include "corvale/runtime/port.h"
 
+#include <utility>
+
 namespace ZR::Corvale::Filters {
 
 Identity::Identity() : FilterPrimitive("Identity")
@@ -13,6 +15,11 @@ Identity::Identity() : FilterPrimitive("Identity")
 Values Identity::applyFilter(const Values& inputs, const StringHash&, const StringHash&, long long)
 {
     return inputs;
+}
+
+Values Identity::consume(Values& inputs, const StringHash&, const StringHash&, long long)
+{
+    return std::move(inputs);
 }
 
 } // namespace ZR::Corvale::Filters

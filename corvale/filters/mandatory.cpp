@@ -3,6 +3,7 @@
 #include "corvale/runtime/port.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace ZR::Corvale::Filters {
 
@@ -26,6 +27,16 @@ Values Mandatory::applyFilter(const Values& inputs, const StringHash&, const Str
         values.push_back(inputs[i]);
     }
     return values;
+}
+
+Values Mandatory::consume(Values& inputs, const StringHash& processHash, const StringHash& scopeHash,
+                          long long depth)
+{
+    const bool present =
+        std::all_of(inputs.begin(), inputs.end(), [](const auto& value) { return value != nullptr; });
+    if (!present || inputs.size() != static_cast<std::size_t>(std::max(_count, 0)))
+        return applyFilter(inputs, processHash, scopeHash, depth);
+    return std::move(inputs);
 }
 
 } // namespace ZR::Corvale::Filters

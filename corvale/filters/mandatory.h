@@ -19,6 +19,8 @@ public:
 
     Values applyFilter(const Values& inputs, const StringHash& processHash, const StringHash& scopeHash,
                        long long depth) override;
+    Values consume(Values& inputs, const StringHash& processHash, const StringHash& scopeHash,
+                   long long depth) override;
 
 private:
     const int _count;

@@ -7,6 +7,13 @@
 
 namespace ZR::Corvale {
 
+/// A hash whose high bits depend on all bits of `key`: keys are left folds over a text, whose last characters
+/// reach the low bits alone.
+inline std::uint64_t mixed(std::uint64_t key)
+{
+    return key * 0x9e3779b97f4a7c15u;
+}
+
 /// A hash table keyed by a hash: open addressing over one flat array.
 ///
 /// The tables of the runtime hold a handful of entries, most of them one, that come and go with every
@@ -79,8 +86,7 @@ private:
 
     std::size_t _home(std::uint64_t key) const
     {
-        // Keys are left folds over a text, whose last characters reach the low bits alone: mix first.
-        return static_cast<std::size_t>((key * 0x9e3779b97f4a7c15u) >> 32) & (_slots.size() - 1);
+        return static_cast<std::size_t>(mixed(key) >> 32) & (_slots.size() - 1);
     }
     std::size_t _next(std::size_t i) const { return (i + 1) & (_slots.size() - 1); }
 

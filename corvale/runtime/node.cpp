@@ -7,6 +7,7 @@
 #include "rk/log.h"
 
 #include <string>
+#include <utility>
 
 namespace ZR::Corvale {
 
@@ -18,7 +19,12 @@ Node::Node(const std::string& name) : _name(name) {}
 
 Node::~Node()
 {
-    _reportLeft(category, "->~Node(): There is still active synchronize count:", _openCount);
+    _reportRegistrations([this](const Visitor& visit) {
+        _scopes.forEachActive([&](const ScopeState& state) {
+            if (state.synchronizeCount != 0)
+                visit(state.key, state.synchronizeCount);
+        });
+    });
 }
 
 bool Node::setName(const std::string& name)
@@ -54,6 +60,14 @@ void Node::synchronizeRelease(const StringHash& processHash, const StringHash& s
                                          << "): Invalid release on process " << *processHash._string;
 }
 
+boost::shared_ptr<Data> Node::takeData(const StringHash& processHash, const StringHash& scopeHash,
+                                       long long depth, boost::shared_ptr<Port> port)
+{
+    boost::shared_ptr<Data> value = requestData(processHash, scopeHash, depth, std::move(port));
+    synchronizeRelease(processHash, scopeHash, depth);
+    return value;
+}
+
 bool Node::_release(const StringHash& processHash, const StringHash& scopeHash, long long depth)
 {
     ScopeState* state = _scopes.find(scopeHash);
@@ -85,9 +99,9 @@ bool Node::_forget(const StringHash&, const StringHash& scopeHash)
     return true;
 }
 
-std::optional<std::uint32_t> Node::_openCount(const ScopeState& state)
+void Node::_reportRegistrations(const std::function<void(const Visitor&)>& forEach)
 {
-    return state.synchronizeCount != 0 ? std::optional<std::uint32_t>(state.synchronizeCount) : std::nullopt;
+    _reportLeft(category, "->~Node(): There is still active synchronize count:", forEach);
 }
 
 std::size_t Node::activeScopes()
@@ -97,14 +111,13 @@ std::size_t Node::activeScopes()
     return count;
 }
 
-void Node::_reportLeft(const std::string& logCategory, const char* title, CountOf count)
+void Node::_reportLeft(const std::string& logCategory, const char* title,
+                       const std::function<void(const Visitor&)>& forEach)
 {
     try {
         std::string lines;
-        _scopes.forEachActive([&](const ScopeState& state) {
-            if (const std::optional<std::uint32_t> left = count(state))
-                lines +=
-                    "  process: " + std::to_string(state.key) + ", count: " + std::to_string(*left) + "\n";
+        forEach([&](std::uint64_t key, std::uint32_t count) {
+            lines += "  process: " + std::to_string(key) + ", count: " + std::to_string(count) + "\n";
         });
         if (!lines.empty())
             RK_LOG(rk::log::Fatal, logCategory) << _name << title << "\n" << lines;

@@ -5,7 +5,7 @@
 #include <boost/shared_ptr.hpp>
 
 #include <cstdint>
-#include <optional>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -60,7 +60,7 @@ public:
     boost::shared_ptr<Port> getOutput(const std::string& name) const;
 
     /// Registers one consumer for a scope; at the first of them, registers this node upstream.
-    void synchronize(const StringHash& processHash, const StringHash& scopeHash, long long depth);
+    virtual void synchronize(const StringHash& processHash, const StringHash& scopeHash, long long depth);
     /// Gives one registration back. What lies upstream is released by the node itself, input by input.
     void synchronizeRelease(const StringHash& processHash, const StringHash& scopeHash, long long depth);
 
@@ -71,22 +71,28 @@ public:
     virtual void requestEmpty(const StringHash& processHash, const StringHash& scopeHash, long long depth,
                               boost::shared_ptr<Port> port) = 0;
 
+    /// `requestData`, then `synchronizeRelease`. What only this registration has kept is handed over: counts
+    /// of references that processes share are what threads would wait for most.
+    virtual boost::shared_ptr<Data> takeData(const StringHash& processHash, const StringHash& scopeHash,
+                                             long long depth, boost::shared_ptr<Port> port);
+
     /// Drops what a computation that an exception ended has left here and upstream. Never throws.
     void abandon(const StringHash& processHash, const StringHash& scopeHash);
 
     /// How many scopes have something left in this node; 0 between computations.
-    std::size_t activeScopes();
+    virtual std::size_t activeScopes();
 
 protected:
     // Drops what this node alone keeps for a scope. False if it keeps nothing.
     virtual bool _forget(const StringHash& processHash, const StringHash& scopeHash);
 
-    // Logs the counts that `count` finds in the active states, if it finds any. Never throws.
-    using CountOf = std::optional<std::uint32_t> (*)(const ScopeState&);
-    void _reportLeft(const std::string& logCategory, const char* title, CountOf count);
-
-    // The registrations of a synchronized scope.
-    static std::optional<std::uint32_t> _openCount(const ScopeState& state);
+    // Logs the counts that `forEach` shows to a visitor as `visit(key, count)`, if there are any. Never
+    // throws.
+    using Visitor = std::function<void(std::uint64_t key, std::uint32_t count)>;
+    void _reportLeft(const std::string& logCategory, const char* title,
+                     const std::function<void(const Visitor&)>& forEach);
+    // The same for registrations, in the words of every node.
+    void _reportRegistrations(const std::function<void(const Visitor&)>& forEach);
 
     ScopeTable _scopes;
 

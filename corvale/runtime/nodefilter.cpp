@@ -66,8 +66,11 @@ NodeFilter::NodeFilter(const std::string& name, boost::shared_ptr<Filter> filter
 NodeFilter::~NodeFilter()
 {
     _reportLeft(category,
-                "->~NodeFilter(): There is still count to entry cache:", [](const ScopeState& state) {
-                    return state.used ? std::optional<std::uint32_t>(state.useCount) : std::nullopt;
+                "->~NodeFilter(): There is still count to entry cache:", [this](const Visitor& visit) {
+                    _scopes.forEachActive([&](const ScopeState& state) {
+                        if (state.used)
+                            visit(state.key, state.useCount);
+                    });
                 });
 }
 
@@ -104,26 +107,49 @@ void NodeFilter::_leave(ScopeState& state, const StringHash& processHash, const 
 boost::shared_ptr<Data> NodeFilter::requestData(const StringHash& processHash, const StringHash& scopeHash,
                                                 long long depth, boost::shared_ptr<Port> port)
 {
+    ScopeState* const state = _computed(processHash, scopeHash, depth, port.get());
+    const boost::shared_ptr<Data>* const result = state ? _resultFor(*state, port.get()) : nullptr;
+    return result ? *result : boost::shared_ptr<Data>();
+}
+
+boost::shared_ptr<Data> NodeFilter::takeData(const StringHash& processHash, const StringHash& scopeHash,
+                                             long long depth, boost::shared_ptr<Port> port)
+{
+    boost::shared_ptr<Data> value;
+    if (ScopeState* const state = _computed(processHash, scopeHash, depth, port.get())) {
+        if (boost::shared_ptr<Data>* const result = _resultFor(*state, port.get())) {
+            const bool isLast = state->used && state->useCount == 1;
+            value = isLast ? std::move(*result) : *result;
+        }
+    }
+    synchronizeRelease(processHash, scopeHash, depth);
+    return value;
+}
+
+// Runs the filter unless it has run in this scope. Null, with a fatal line, if that cannot be.
+ScopeState* NodeFilter::_computed(const StringHash& processHash, const StringHash& scopeHash, long long depth,
+                                  const Port* port)
+{
     if (!port) {
         _fault("requestData", processHash, noPort);
-        return boost::shared_ptr<Data>();
+        return nullptr;
     }
     ScopeState& state = _stateOf(scopeHash);
     if (state.progress == ScopeState::Computing) {
         _fault("requestData", processHash, cyclicGraph);
-        return boost::shared_ptr<Data>();
+        return nullptr;
     }
     if (state.progress == ScopeState::Pending) {
         ComputingMark mark(state);
         const StringHash& innerScope = _innerScope(state, scopeHash);
         if (_pullInputs(state, processHash, scopeHash, depth)) {
-            mark.done(_filter->applyFilter(state.inputs, processHash, innerScope, depth));
+            mark.done(_filter->consume(state.inputs, processHash, innerScope, depth));
         } else {
             _filter->abortFilter(processHash, innerScope, depth);
             mark.done({});
         }
     }
-    return _resultFor(state, port.get());
+    return &state;
 }
 
 void NodeFilter::requestEmpty(const StringHash& processHash, const StringHash& scopeHash, long long depth,
@@ -193,31 +219,36 @@ bool NodeFilter::_pullInputs(ScopeState& state, const StringHash& processHash, c
                              long long depth)
 {
     bool mandatoryPresent = true;
+    if (state.inputs.capacity() == 0) {
+        state.inputs.swap(state.results); // empty until the filter has run: its room serves
+        state.inputs.clear();
+    }
     state.inputs.reserve(_inputs.size());
     for (const boost::shared_ptr<Port>& input : _inputs) {
         boost::shared_ptr<Data> value;
         if (mandatoryPresent) {
-            value = input->requestData(processHash, scopeHash, depth + 1);
+            value = input->takeData(processHash, scopeHash, depth + 1);
             if (!value)
                 value = input->getDefaultData();
             mandatoryPresent = value || input->isOptional();
         } else {
             input->requestEmpty(processHash, scopeHash, depth + 1);
+            input->synchronizeRelease(processHash, scopeHash, depth + 1);
         }
         state.inputs.push_back(std::move(value));
-        input->synchronizeRelease(processHash, scopeHash, depth + 1);
     }
     return mandatoryPresent;
 }
 
-// The port that is asked for may be an exported one, further out; then one of its parents is an output.
-boost::shared_ptr<Data> NodeFilter::_resultFor(const ScopeState& state, const Port* port) const
+// The port that is asked for may be an exported one, further out; then one of its parents is an output. Null
+// if the filter gave nothing for it.
+boost::shared_ptr<Data>* NodeFilter::_resultFor(ScopeState& state, const Port* port) const
 {
     for (; port; port = port->getParent().get())
         for (std::size_t i = 0; i < _outputs.size(); ++i)
             if (_outputs[i].get() == port && i < state.results.size())
-                return state.results[i];
-    return boost::shared_ptr<Data>();
+                return &state.results[i];
+    return nullptr;
 }
 
 void NodeFilter::_fault(const char* operation, const StringHash& processHash, const std::string& text) const

@@ -28,6 +28,8 @@ public:
                                         long long depth, boost::shared_ptr<Port> port) override;
     void requestEmpty(const StringHash& processHash, const StringHash& scopeHash, long long depth,
                       boost::shared_ptr<Port> port) override;
+    boost::shared_ptr<Data> takeData(const StringHash& processHash, const StringHash& scopeHash,
+                                     long long depth, boost::shared_ptr<Port> port) override;
 
     /// Drops what a computation that an exception ended has left inside the filter and upstream, which other
     /// nodes share; what is left in this node stays, to be reported. Never throws.
@@ -50,7 +52,9 @@ private:
     const StringHash& _innerScope(ScopeState& state, const StringHash& scopeHash) const;
     bool _pullInputs(ScopeState& state, const StringHash& processHash, const StringHash& scopeHash,
                      long long depth);
-    boost::shared_ptr<Data> _resultFor(const ScopeState& state, const Port* port) const;
+    ScopeState* _computed(const StringHash& processHash, const StringHash& scopeHash, long long depth,
+                          const Port* port);
+    boost::shared_ptr<Data>* _resultFor(ScopeState& state, const Port* port) const;
     void _fault(const char* operation, const StringHash& processHash, const std::string& text) const;
 
     const boost::shared_ptr<Filter> _filter;

@@ -64,8 +64,9 @@ std::uint64_t NodeProcessSource::getUid() const
 // this very source. A second downstream process waits at the upstream process's own lock.
 void NodeProcessSource::_synchronize(const StringHash& processHash, const StringHash&, long long)
 {
-    boost::unique_lock<ShortLock> lock(_sourceLock);
-    if (Snapshot* snapshot = _snapshots.find(processHash._hash)) {
+    Shard& shard = _shardOf(processHash);
+    boost::unique_lock<ShortLock> lock(shard.lock);
+    if (Snapshot* snapshot = shard.snapshots.find(processHash._hash)) {
         ++snapshot->count;
         return;
     }
@@ -78,7 +79,7 @@ void NodeProcessSource::_synchronize(const StringHash& processHash, const String
     boost::shared_ptr<Data> value =
         isTooDeep ? _process->getLastData(_sinkName) : _process->getData(_sinkName);
     lock.lock();
-    const auto [snapshot, first] = _snapshots.insert(processHash._hash);
+    const auto [snapshot, first] = shard.snapshots.insert(processHash._hash);
     if (first)
         snapshot->data = value;
     ++snapshot->count;

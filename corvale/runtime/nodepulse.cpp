@@ -24,18 +24,16 @@ boost::shared_ptr<Data> NodePulse::getDefaultData() const
     return _defaultData;
 }
 
-void NodePulse::_synchronize(const StringHash& processHash, const StringHash&, long long)
+boost::shared_ptr<Data> NodePulse::_freeze()
 {
     const boost::lock_guard<ShortLock> guard(_sourceLock);
-    const auto [snapshot, first] = _snapshots.insert(processHash._hash);
-    if (first) {
-        snapshot->data = _data;
-        if (_data) {
+    boost::shared_ptr<Data> value = _data;
+    if (value) {
+        if (value != _defaultData) // else it stays, without a count that has to move
             _data = _defaultData;
-            ++_uid;
-        }
+        _uid.fetch_add(1, std::memory_order_release);
     }
-    ++snapshot->count;
+    return value;
 }
 
 } // namespace ZR::Corvale

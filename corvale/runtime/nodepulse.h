@@ -21,7 +21,7 @@ public:
     boost::shared_ptr<Data> getDefaultData() const;
 
 private:
-    void _synchronize(const StringHash& processHash, const StringHash& scopeHash, long long depth) override;
+    boost::shared_ptr<Data> _freeze() override;
 
     boost::shared_ptr<Data> _defaultData; // guarded by _sourceLock
 };

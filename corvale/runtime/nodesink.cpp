@@ -19,8 +19,7 @@ boost::shared_ptr<Data> NodeSink::requestData(const StringHash& processHash, con
                                               long long depth, boost::shared_ptr<Port>)
 {
     const boost::shared_ptr<Port>& input = _inputs.front();
-    boost::shared_ptr<Data> value = input->requestData(processHash, scopeHash, depth + 1);
-    input->synchronizeRelease(processHash, scopeHash, depth + 1);
+    boost::shared_ptr<Data> value = input->takeData(processHash, scopeHash, depth + 1);
     synchronizeRelease(processHash, scopeHash, depth);
     _lastData.store(value);
     if (value)

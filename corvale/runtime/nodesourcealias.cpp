@@ -28,6 +28,12 @@ void NodeSourceAlias::requestEmpty(const StringHash& processHash, const StringHa
     getSource()->requestEmpty(processHash, scopeHash, depth, port);
 }
 
+boost::shared_ptr<Data> NodeSourceAlias::takeData(const StringHash& processHash, const StringHash& scopeHash,
+                                                  long long depth, boost::shared_ptr<Port> port)
+{
+    return Node::takeData(processHash, scopeHash, depth, port);
+}
+
 bool NodeSourceAlias::setData(boost::shared_ptr<Data> value)
 {
     return getSource()->setData(value);

@@ -22,6 +22,8 @@ public:
                                         long long depth, boost::shared_ptr<Port> port) override;
     void requestEmpty(const StringHash& processHash, const StringHash& scopeHash, long long depth,
                       boost::shared_ptr<Port> port) override;
+    boost::shared_ptr<Data> takeData(const StringHash& processHash, const StringHash& scopeHash,
+                                     long long depth, boost::shared_ptr<Port> port) override;
     bool setData(boost::shared_ptr<Data> value) override;
     boost::shared_ptr<Data> getData() const override;
     std::uint64_t getUid() const override;

@@ -112,6 +112,22 @@ boost::shared_ptr<Data> Port::requestData(const StringHash& processHash, const S
     return value;
 }
 
+boost::shared_ptr<Data> Port::takeData(const StringHash& processHash, const StringHash& scopeHash,
+                                       long long depth)
+{
+    boost::shared_ptr<Data> value;
+    Node* const upstream = _links.size() == 1 ? getUpstream() : nullptr;
+    if (!upstream || _findLoaded(scopeHash, nullptr)) {
+        value = requestData(processHash, scopeHash, depth);
+        synchronizeRelease(processHash, scopeHash, depth);
+        return value;
+    }
+    value = upstream->takeData(processHash, scopeHash, depth + 1, lend(_links.front()));
+    if (!value)
+        value = getDefaultData();
+    return value;
+}
+
 void Port::requestEmpty(const StringHash& processHash, const StringHash& scopeHash, long long depth)
 {
     if (_findLoaded(scopeHash, nullptr) || _links.empty())

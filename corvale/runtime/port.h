@@ -30,8 +30,8 @@ class StringHash;
 ///
 /// Ownership: held by `boost::shared_ptr`, by its node or filter, by the ports attached to it and by
 /// its children. The node is a back pointer that owns nothing and outlives the port's use.
-/// Threads: built and attached by one thread; `requestData`, `requestEmpty`, `synchronizeRelease`,
-/// `loadData` and `unloadData` are thread-safe afterwards.
+/// Threads: built and attached by one thread; requests, releases, `loadData` and
+/// `unloadData` are thread-safe afterwards.
 /// Failure: a pull that cannot be answered gives null and one error line; nothing throws.
 class Port
 {
@@ -78,6 +78,9 @@ public:
     /// the link, or a default.
     boost::shared_ptr<Data> requestData(const StringHash& processHash, const StringHash& scopeHash,
                                         long long depth);
+    /// `requestData`, then `synchronizeRelease`: what a consumer does with each of its inputs.
+    boost::shared_ptr<Data> takeData(const StringHash& processHash, const StringHash& scopeHash,
+                                     long long depth);
     /// Tells what lies upstream that this scope's value will not be used.
     void requestEmpty(const StringHash& processHash, const StringHash& scopeHash, long long depth);
     /// Gives back one registration of the upstream node.
@@ -110,7 +113,7 @@ private:
     bool _optional = false;
 
     // How many scopes have a value loaded: most ports never have one, and then need no lock.
-    mutable std::atomic<std::uint32_t> _loadedCount{0};
+    alignas(64) mutable std::atomic<std::uint32_t> _loadedCount{0};
     mutable ShortLock _loadedDataLock;
     mutable FlatTable<boost::shared_ptr<Data>> _loadedData; // by scope, guarded by _loadedDataLock
 };

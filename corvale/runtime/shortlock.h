@@ -12,11 +12,11 @@ namespace ZR::Corvale {
 /// when nobody waits; when somebody does, the holder is through before a mutex would have put the other
 /// thread to sleep. Who waits longer gives the core away, and soon sleeps, so that a holder of lower
 /// priority comes to run. To be used as a mutex, through a guard.
-/// Threads: thread-safe; not recursive, and innermost: under one of them, no other lock is taken.
+/// Threads: thread-safe; not recursive. By its usual rank it is innermost: no other lock is taken under it.
 class ShortLock : private LockWatch
 {
 public:
-    ShortLock() : LockWatch(LockRank::Short) {}
+    explicit ShortLock(LockRank rank = LockRank::Short) : LockWatch(rank) {}
     ShortLock(const ShortLock&) = delete;
     ShortLock& operator=(const ShortLock&) = delete;
 

@@ -45,8 +45,10 @@ public:
     Values operator()(const std::string& filter, const Values& inputs, const std::string& process = "process",
                       const std::string& scope = "scope")
     {
-        using ZR::Corvale::StringHash;
-        return filters.at(filter)->applyFilter(inputs, StringHash(process), StringHash(scope), 0);
+        const ZR::Corvale::StringHash processHash(process), scopeHash(scope);
+        Values own = inputs;
+        return consumes ? filters.at(filter)->consume(own, processHash, scopeHash, 0)
+                        : filters.at(filter)->applyFilter(inputs, processHash, scopeHash, 0);
     }
 
     /// The one value that comes out.
@@ -67,6 +69,7 @@ public:
         return nothing && lines == std::vector<std::string>{" [Invalid Input] -> " + filter + " -> ..."};
     }
 
+    bool consumes = false; // the filter may take its inputs
     LogCapture log;
     ZR::Corvale::MemoryManager memory;
     std::map<std::string, boost::shared_ptr<ZR::Corvale::Filter>> filters;

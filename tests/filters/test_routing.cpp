@@ -19,20 +19,24 @@ const boost::shared_ptr<Data> b = value(3);
 TEST(FlowFilters, RouteTheValuesThemselves)
 {
     FilterRunner run;
-    EXPECT_THAT(run("Identity", {a, nothing}), ElementsAre(a, nothing));
-    EXPECT_THAT(run("Multiplex", {a, b}), ElementsAre(a));
-    EXPECT_THAT(run("Multiplex", {nothing, b}), ElementsAre(b));
-    EXPECT_THAT(run("Multiplex", {nothing, nothing}), ElementsAre(nothing));
-    EXPECT_THAT(run("Dispatch", {a, value(true)}), ElementsAre(a, nothing));
-    EXPECT_THAT(run("Dispatch", {a, value(false)}), ElementsAre(nothing, a));
-    EXPECT_THAT(run("Dispatch", {a}), ElementsAre(nothing, nothing));
-    EXPECT_THAT(run("Duplicate", {a}), ElementsAre(a, a));
-    EXPECT_THAT(run("Duplicate", {a, b}), IsEmpty());
-    EXPECT_THAT(run("Mandatory3", {a, b, a}), ElementsAre(a, b, a));
-    EXPECT_THAT(run("Mandatory3", {a, nothing, a}), ElementsAre(nothing, nothing, nothing));
-    EXPECT_THAT(ZR::Corvale::Filters::Mandatory("None", -1).getInputs(), IsEmpty());
-    EXPECT_THAT(run("Head", {value(Values{b, a})}), ElementsAre(b));
-    EXPECT_THAT(run("Head", {value(Values{})}), ElementsAre(nothing));
+    for (const bool consumes : {false, true}) {
+        run.consumes = consumes;
+        EXPECT_THAT(run("Identity", {a, nothing}), ElementsAre(a, nothing));
+        EXPECT_THAT(run("Multiplex", {a, b}), ElementsAre(a));
+        EXPECT_THAT(run("Multiplex", {nothing, b}), ElementsAre(b));
+        EXPECT_THAT(run("Multiplex", {nothing, nothing}), ElementsAre(nothing));
+        EXPECT_THAT(run("Dispatch", {a, value(true)}), ElementsAre(a, nothing));
+        EXPECT_THAT(run("Dispatch", {a, value(false)}), ElementsAre(nothing, a));
+        EXPECT_THAT(run("Dispatch", {a}), ElementsAre(nothing, nothing));
+        EXPECT_THAT(run("Duplicate", {a}), ElementsAre(a, a));
+        EXPECT_THAT(run("Duplicate", {a, b}), IsEmpty());
+        EXPECT_THAT(run("Mandatory3", {a, b, a}), ElementsAre(a, b, a));
+        EXPECT_THAT(run("Mandatory3", {a, nothing, a}), ElementsAre(nothing, nothing, nothing));
+        EXPECT_THAT(run("Mandatory3", {a, b}), ElementsAre(nothing, nothing, nothing));
+        EXPECT_THAT(ZR::Corvale::Filters::Mandatory("None", -1).getInputs(), IsEmpty());
+        EXPECT_THAT(run("Head", {value(Values{b, a})}), ElementsAre(b));
+        EXPECT_THAT(run("Head", {value(Values{})}), ElementsAre(nothing));
+    }
     EXPECT_EQ(run.log.count(), 0u);
 }
 
