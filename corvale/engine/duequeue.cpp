@@ -58,6 +58,11 @@ std::vector<boost::shared_ptr<Process>> DueQueue::takeDue(std::int64_t now)
     return due;
 }
 
+boost::shared_ptr<Process> DueQueue::first() const
+{
+    return _byTime.empty() ? boost::shared_ptr<Process>() : _byTime.begin()->second;
+}
+
 long long DueQueue::untilNext(std::int64_t now, long long longest) const
 {
     return _byTime.empty()

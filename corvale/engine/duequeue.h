@@ -30,6 +30,8 @@ public:
     void refresh(const boost::shared_ptr<Process>& process, std::int64_t now);
     /// The processes whose time has come. Until they are refreshed they count as due a period later.
     std::vector<boost::shared_ptr<Process>> takeDue(std::int64_t now);
+    /// The one that is due first; null if there is none.
+    boost::shared_ptr<Process> first() const;
     /// Microseconds until the first is due, 0 if one is overdue; at most `longest`.
     long long untilNext(std::int64_t now, long long longest) const;
 

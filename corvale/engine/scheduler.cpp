@@ -27,7 +27,8 @@ using Microseconds = boost::chrono::microseconds;
 
 // In microseconds.
 constexpr long long longestSleep = 100000;
-constexpr long long shortestSleep = 20; // less is sooner waited for awake
+constexpr long long shortestSleep = 30; // less is sooner waited for awake
+constexpr long long longSleep = 2000;   // after which what a worker needs has left the caches
 constexpr long long longestLateness = 200;
 
 } // namespace
@@ -210,8 +211,9 @@ void Scheduler::run()
     prctl(PR_SET_TIMERSLACK, 1UL);
     while (_running) {
         sched_yield();
+        const std::uint64_t wakesSeen = _wakes;
         if (const boost::shared_ptr<Process> process = getNextProcess())
-            _visit(process);
+            _visit(process, wakesSeen);
     }
     Dropped dropped;
     const boost::lock_guard guard(_workMutex);
@@ -220,7 +222,7 @@ void Scheduler::run()
     _scheduleChanged = true;
 }
 
-void Scheduler::_visit(const boost::shared_ptr<Process>& process)
+void Scheduler::_visit(const boost::shared_ptr<Process>& process, std::uint64_t wakesSeen)
 {
     const StringHash name = process->getNameHash();
     if (!_engine->isProcess(*name._string)) { // deleted since it entered the list
@@ -230,6 +232,7 @@ void Scheduler::_visit(const boost::shared_ptr<Process>& process)
     }
     if (process->getPriority() != 0) {
         rk::os::setCurrentThreadName("CorWrk_" + *name._string);
+        _awaitDue(*process, wakesSeen);
         process->update();
     }
     _release(process);
@@ -250,6 +253,8 @@ boost::shared_ptr<Process> Scheduler::getNextProcess()
         if (const boost::shared_ptr<Process> process = _takeFromWorkList(dropped))
             return process;
         microseconds = _dueQueue.untilNext(now, longestSleep);
+        if (const boost::shared_ptr<Process> process = _takeEarly(microseconds))
+            return process;
     }
     dropped = Dropped();
     if (lookedAtAll)
@@ -292,6 +297,17 @@ boost::shared_ptr<Process> Scheduler::_takeFromWorkList(Dropped& dropped)
     return boost::shared_ptr<Process>();
 }
 
+// The way to a process takes some microseconds, and several times that when a long sleep has emptied the
+// caches: the worker goes it before the time and waits there. Caller holds _workMutex.
+boost::shared_ptr<Process> Scheduler::_takeEarly(long long microseconds)
+{
+    if (microseconds <= 0 || microseconds > shortestSleep)
+        return boost::shared_ptr<Process>();
+    const boost::shared_ptr<Process> process = _dueQueue.first();
+    const bool isFree = process->isActive() && _activeProcesses.insert(process).second;
+    return isFree ? process : boost::shared_ptr<Process>();
+}
+
 void Scheduler::_release(const boost::shared_ptr<Process>& process)
 {
     const boost::lock_guard guard(_workMutex);
@@ -301,12 +317,14 @@ void Scheduler::_release(const boost::shared_ptr<Process>& process)
 
 // Ends early when there is a reason to stay awake that the caller has not seen yet. The kernel wakes a
 // thread some dozens of microseconds too late, which a process of a high rate would lose in each period: a
-// longer sleep ends earlier by that, at most a sixteenth, and the rest is waited for awake.
+// longer sleep ends earlier by that, at most a sixteenth, and the rest is waited for awake. A long one ends
+// so early that the next process is taken before its time.
 void Scheduler::_sleep(long long microseconds, std::uint64_t wakesSeen)
 {
     using Clock = boost::chrono::steady_clock;
     const auto isOver = [&] { return _wakes != wakesSeen || !_running; };
-    const Clock::time_point end = Clock::now() + Microseconds(microseconds);
+    const long long early = microseconds >= longSleep ? shortestSleep : 0;
+    const Clock::time_point end = Clock::now() + Microseconds(microseconds - early);
     if (microseconds >= shortestSleep) {
         const long long ahead = microseconds >= 500 ? std::min<long long>(_lateness, microseconds / 16) : 0;
         const Clock::time_point wake = end - Microseconds(ahead);
@@ -315,6 +333,14 @@ void Scheduler::_sleep(long long microseconds, std::uint64_t wakesSeen)
             _noteLateness(boost::chrono::duration_cast<Microseconds>(Clock::now() - wake).count());
     }
     while (!isOver() && Clock::now() < end)
+        sched_yield();
+}
+
+// Waits awake for a process that was taken early, unless there is something else to do.
+void Scheduler::_awaitDue(const Process& process, std::uint64_t wakesSeen)
+{
+    const auto left = [&] { return wrappingDifference(process.getDueTime(), currentMicroseconds()); };
+    while (_wakes == wakesSeen && _running && left() > 0 && left() <= shortestSleep)
         sched_yield();
 }
 

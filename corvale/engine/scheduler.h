@@ -83,13 +83,15 @@ private:
     };
 
     void run();
-    void _visit(const boost::shared_ptr<Process>& process);
+    void _visit(const boost::shared_ptr<Process>& process, std::uint64_t wakesSeen);
     const std::vector<boost::shared_ptr<Process>>& _presentSchedule() const;
     boost::shared_ptr<Process> getNextProcess();
     bool _beginPass(std::int64_t now, Dropped& dropped);
     boost::shared_ptr<Process> _takeFromWorkList(Dropped& dropped);
+    boost::shared_ptr<Process> _takeEarly(long long microseconds);
     void _release(const boost::shared_ptr<Process>& process);
     void _sleep(long long microseconds, std::uint64_t wakesSeen);
+    void _awaitDue(const Process& process, std::uint64_t wakesSeen);
     void _noteLateness(long long microseconds);
     void _wake(bool everyWorker);
 
