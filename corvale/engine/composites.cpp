@@ -145,6 +145,7 @@ bool CorvalePrivate::createFilter(const std::string& name, const PairList& filte
     if (!builder.addNodes(filters, _filters) || !builder.addLinks(links) || !builder.isShallow() ||
         !builder.exportInputs(exportedInputs) || !builder.exportOutputs(exportedOutputs))
         return false;
+    _everyComposite.add(builder.composite());
     _filters.emplace(name, builder.composite());
     return true;
 }

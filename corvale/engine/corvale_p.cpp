@@ -5,6 +5,7 @@
 #include "corvale/engine/tablekeys.h"
 #include "corvale/filter/filter.h"
 #include "corvale/filter/filteradapter.h"
+#include "corvale/filter/filtercomposite.h"
 #include "corvale/filter/userfilter.h"
 #include "corvale/filters/builtinfilters.h"
 #include "corvale/runtime/nodesource.h"
@@ -54,9 +55,8 @@ CorvalePrivate::CorvalePrivate(unsigned int threads) : _parser(this), _scheduler
 CorvalePrivate::~CorvalePrivate()
 {
     _scheduler.stop();
-    for (const boost::weak_ptr<Process>& known : _everyProcess)
-        if (const boost::shared_ptr<Process> process = known.lock())
-            process->clearEvents();
+    _everyProcess.forEach([](Process& process) { process.clearEvents(); });
+    _everyComposite.forEach([](FilterComposite& composite) { composite.clearValues(); });
 }
 
 bool CorvalePrivate::startScheduler()

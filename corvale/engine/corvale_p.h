@@ -2,13 +2,13 @@
 
 #include "corvale/data/orderedmutex.h"
 #include "corvale/engine/corvale.h"
+#include "corvale/engine/livingthings.h"
 #include "corvale/engine/scheduler.h"
 #include "corvale/filter/memorymanager.h"
 #include "corvale/parser/parser.h"
 
 #include <boost/function.hpp>
 #include <boost/shared_ptr.hpp>
-#include <boost/weak_ptr.hpp>
 
 #include <map>
 #include <set>
@@ -18,6 +18,7 @@
 namespace ZR::Corvale {
 
 class Filter;
+class FilterComposite;
 class NodeSource;
 class NodeSourceAlias;
 class Process;
@@ -134,7 +135,6 @@ private:
 
     // Caller holds _processesMutex.
     boost::shared_ptr<Process> _findProcess(const std::string& name) const;
-    void _remember(const boost::shared_ptr<Process>& process);
     bool _isRead(const std::string& source) const;
     float _frequencyOf(const std::string& source) const;
 
@@ -164,6 +164,8 @@ private:
 
     mutable OrderedMutex<LockRank::Filters> _filtersMutex{this};
     std::map<std::string, boost::shared_ptr<Filter>> _filters; // guarded by _filtersMutex
+    // What a faulty graph leaves in one may be a lambda of it. Guarded by _filtersMutex.
+    LivingThings<FilterComposite> _everyComposite;
 
     mutable OrderedMutex<LockRank::Sources> _sourcesMutex{this};
     std::map<std::string, boost::shared_ptr<NodeSource>> _sources; // guarded by _sourcesMutex
@@ -177,10 +179,8 @@ private:
     std::map<std::string, boost::shared_ptr<Process>> _processes; // guarded by _processesMutex
     std::set<std::string> _addedProcesses; // names not in the schedule yet; guarded by _processesMutex
     bool _connectionsMoved = false;        // since the last look at all of them; guarded by _processesMutex
-    // Every process that may still live, in the table or not: events of two processes may hold each
-    // other, and are let go when the engine ends. Guarded by _processesMutex.
-    std::vector<boost::weak_ptr<Process>> _everyProcess;
-    std::size_t _everyProcessLimit = 64;
+    // Their events may hold one another. Guarded by _processesMutex.
+    LivingThings<Process> _everyProcess;
 
     OrderedMutex<LockRank::LoadedFiles> _loadedFilesMutex{this};
     std::set<std::string> _loadedFiles; // paths as they were written; guarded by _loadedFilesMutex

@@ -57,7 +57,7 @@ bool ProcessBuilder::build(const Corvale::PairList& inputs, const Corvale::PairL
         if (!_connectOutput(port, sinkName))
             return false;
     _process = boost::make_shared<Process>(_name, _node, priority, Process::defaultFrequency);
-    _engine._remember(_process);
+    _engine._everyProcess.add(_process);
     for (const auto& [first, second] : events)
         if (!_addEvent(first, second))
             return false;

@@ -312,15 +312,4 @@ bool CorvalePrivate::createEvent(const std::string& sink,
     return false;
 }
 
-void CorvalePrivate::_remember(const boost::shared_ptr<Process>& process)
-{
-    if (_everyProcess.size() >= _everyProcessLimit) {
-        const auto ended = [](const boost::weak_ptr<Process>& known) { return known.expired(); };
-        _everyProcess.erase(std::remove_if(_everyProcess.begin(), _everyProcess.end(), ended),
-                            _everyProcess.end());
-        _everyProcessLimit = std::max<std::size_t>(64, 2 * _everyProcess.size());
-    }
-    _everyProcess.push_back(process);
-}
-
 } // namespace ZR::Corvale

@@ -120,6 +120,12 @@ std::size_t FilterComposite::measureDepth()
     return _depth;
 }
 
+void FilterComposite::clearValues()
+{
+    for (const auto& entry : _nodes)
+        entry.second->clearValues();
+}
+
 void FilterComposite::synchronize(const StringHash& processHash, const StringHash& scopeHash, long long depth)
 {
     for (const boost::shared_ptr<Port>& output : _outputs)

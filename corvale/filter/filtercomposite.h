@@ -36,6 +36,9 @@ public:
     /// Finds the depth of the graph as it is linked now; linear in its size.
     std::size_t measureDepth();
 
+    /// Lets go of the values that breaches of the protocol have left in inner nodes. While nothing computes.
+    void clearValues();
+
     void synchronize(const StringHash& processHash, const StringHash& scopeHash, long long depth) override;
     void synchronizeRelease(const StringHash& processHash, const StringHash& scopeHash,
                             long long depth) override;

@@ -169,6 +169,12 @@ void NodeFilter::requestEmpty(const StringHash& processHash, const StringHash& s
     mark.done({});
 }
 
+void NodeFilter::clearValues()
+{
+    std::vector<std::vector<boost::shared_ptr<Data>>> dropped; // ends without the lock
+    _scopes.forEachActive([&](ScopeState& state) { dropped.push_back(std::move(state.results)); });
+}
+
 void NodeFilter::forget(const StringHash& processHash, const StringHash& scopeHash)
 {
     _filter->forget(processHash, StringHash::extended(scopeHash, _uniqueId));

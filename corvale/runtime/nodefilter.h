@@ -34,6 +34,9 @@ public:
     /// Drops what a computation that an exception ended has left inside the filter and upstream, which other
     /// nodes share; what is left in this node stays, to be reported. Never throws.
     void abandonShared(const StringHash& processHash, const StringHash& scopeHash);
+    /// Lets go of the values that breaches of the protocol have left here; counts stay, to be reported. While
+    /// nothing computes.
+    void clearValues();
     /// Drops what the filter remembers for a scope.
     void forget(const StringHash& processHash, const StringHash& scopeHash);
 
