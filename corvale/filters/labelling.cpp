@@ -1,7 +1,7 @@
 #include "corvale/filters/labelling.h"
 
 #include "corvale/data/pixelpool.h"
-#include "corvale/filters/vectorised.h"
+#include "corvale/filters/spread.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -46,34 +46,62 @@ Labelling& Labelling::ofThread()
 void Labelling::scan(const cv::Mat& image, int tolerance)
 {
     _size = image.size();
-    _rows.clear();
-    _stretches.resize(std::max<std::size_t>(_stretches.size(), 1));
+    _wordsPerRow = wordsOf(image.cols);
+    _words.resize((static_cast<std::size_t>(image.rows) + 1) * _wordsPerRow);
+    std::fill_n(_words.begin(), _wordsPerRow, PixelWord());
+    _runs.resize(_wordsPerRow);
+    _touches.resize(_wordsPerRow);
+    _labels.resize(std::max<std::size_t>(_labels.size(), 1));
     _stretchCount = 1;
     _equivalences.assign(1, 0);
     _labelCount = 1; // the background
-    _aboveFirst = 0;
-    _begins.assign(wordsOf(image.cols - 1), 0);
-    _aboveBegins = _begins;
+    _aboveFirst = 1;
     if (image.depth() == CV_8U)
         scanRows<uchar>(image, Equal());
     else
         scanRows<ushort>(image, Near{tolerance});
 }
 
+// Finds out, by bits, where pixels of a row are on, where runs begin, and which pixels belong with the ones
+// above them.
+template <typename Instructions, typename Component, typename Belonging>
+void Labelling::lookAt(const Component* row, const Component* above, const Belonging& belonging,
+                       PixelWord* words)
+{
+    const Instructions instructions;
+    const auto isOn = [row](int x) { return row[x] != 0; };
+    const auto parts = [&](int x) { return belonging.part(row[x - 1], row[x]); };
+    const auto touches = [&](int x) { return (row[x] != 0) & !belonging.part(row[x], above[x]); };
+    const auto sizeFrom = [this](int first) { return std::min(WordBits, _size.width - first); };
+    BitWord parting = 1; // whether the first pixel of a word parts from the one before
+    for (std::size_t w = 0; w < _wordsPerRow; ++w) {
+        const int first = static_cast<int>(w) * WordBits;
+        const BitWord on = bitsOf(instructions, first, sizeFrom(first), isOn);
+        _runs[w] = _touches[w] = 0;
+        if (on != 0) {
+            const BitWord partingNext = bitsOf(instructions, first + 1, sizeFrom(first + 1), parts);
+            _runs[w] = on & (partingNext << 1 | parting);
+            _touches[w] = bitsOf(instructions, first, sizeFrom(first), touches);
+            parting = partingNext >> (WordBits - 1);
+        } else {
+            parting = 1;
+        }
+        words[w] = {on, _runs[w]};
+    }
+}
+
 // Goes along a row from one pixel to the next where something happens: a run begins, or one meets a stretch
 // above. In between nothing changes.
-template <typename Component, typename Belonging>
 class Labelling::RowScan
 {
 public:
-    RowScan(Labelling& labelling, const Component* row, const Component* above, const Belonging& belonging)
+    RowScan(Labelling& labelling, int y)
         : _labelling(labelling),
-          _row(row),
-          _above(above),
-          _belonging(belonging),
-          _aboveBegins(labelling._aboveBegins.data()),
-          _begins(labelling._begins.data()),
-          _stretches(labelling._stretches.data()),
+          _wordsAbove(labelling.rowAbove(y)),
+          _words(labelling.rowAbove(y + 1)),
+          _runs(labelling._runs.data()),
+          _touches(labelling._touches.data()),
+          _labels(labelling._labels.data()),
           _equivalences(labelling._equivalences.data()),
           _stretchCount(labelling._stretchCount),
           _labelCount(labelling._labelCount)
@@ -82,103 +110,76 @@ public:
 
     void run()
     {
-        std::size_t aboveEnd = _labelling._aboveFirst; // the stretch above in which the pixels so far end
-        bool touching = touches(0);
-        beginRun(0, touching, _stretches[aboveEnd].label);
-        const std::size_t words = _labelling._begins.size();
-        for (std::size_t w = 0; w < words; ++w) {
-            const int first = static_cast<int>(w) * WordBits + 1;
-            const int size = std::min(WordBits, _labelling._size.width - first);
-            if (_label == 0 && w % Far == 0 && w + Far < words && staysBackground(first)) {
-                for (std::size_t i = 0; i < Far; ++i)
-                    aboveEnd += static_cast<std::size_t>(countBits(_aboveBegins[w + i]));
-                touching = false;
-                w += Far - 1;
-                continue;
+        const int* labelsAbove = _labels + _labelling._aboveFirst - 1; // where the pixels in front end
+        BitWord touching = 0; // whether the last pixel in front belongs with the one above it
+        for (std::size_t w = 0; w < _labelling._wordsPerRow; ++w) {
+            const BitWord touches = _touches[w];
+            const BitWord runs = _runs[w];
+            const BitWord beginsAbove = _wordsAbove[w].begins;
+            const BitWord met = touches & ~runs & (~(touches << 1 | touching) | beginsAbove);
+            for (BitWord events = runs | met; events != 0; events &= events - 1) {
+                const BitWord upToEvent = events ^ (events - 1);
+                const BitWord event = events & upToEvent;
+                const int labelAbove = labelsAbove[countBits(beginsAbove & upToEvent)];
+                const bool settled = (runs & event) != 0 ? begin((touches & event) != 0, labelAbove)
+                                                         : meet(w, event, labelAbove);
+                if (!settled)
+                    settle(w, event, labelAbove);
             }
-            const BitWord parting = bitsOf(first, size, [this](int x) { return parts(x); });
-            _begins[w] |= parting; // joins may have set some
-            BitWord joined = 0;
-            if (parting != 0 || _label != 0)
-                joined = bitsOf(first, size, [this](int x) { return touches(x); });
-            scanWord(first, parting, joined, touching, aboveEnd);
-            touching = joined >> (WordBits - 1) != 0;
-            aboveEnd += static_cast<std::size_t>(countBits(_aboveBegins[w]));
+            touching = touches >> (WordBits - 1);
+            labelsAbove += countBits(beginsAbove);
         }
         _labelling._stretchCount = _stretchCount;
         _labelling._labelCount = _labelCount;
     }
 
 private:
-    static constexpr std::size_t Far = 4; // words that are looked over at once
+    // These two tell whether the next pixel of the stretch would find the table as this one leaves it, as all
+    // that follow would. They go without branches: no processor could predict which way.
 
-    bool parts(int x) const { return _belonging.part(_row[x - 1], _row[x]); }
-    bool touches(int x) const { return (_row[x] != 0) & !_belonging.part(_row[x], _above[x]); }
-    bool staysBackground(int first) const // from the pixel to the left on, for `Far` words
+    bool begin(int touching, int labelAbove)
     {
-        std::uint8_t parting = 0;
-        for (int x = first; x < first + static_cast<int>(Far) * WordBits; ++x)
-            parting |= parts(x);
-        return parting == 0;
-    }
-    bool meetsSame(int x) const // as the pixel to the left
-    {
-        return x < _labelling._size.width && touches(x) && !parts(x) && !testBit(_aboveBegins, x - 1);
+        _equivalences[_labelCount] = _labelCount;
+        _label = (labelAbove & -touching) | (_labelCount & (touching - 1)); // for `?:` compilers would branch
+        _labelCount += !touching;
+        _labels[_stretchCount++] = _label;
+        return _equivalences[_label] == _label;
     }
 
-    void scanWord(int first, BitWord parting, BitWord joined, bool touching, std::size_t aboveEnd)
+    bool meet(std::size_t w, BitWord event, int labelAbove)
     {
-        const BitWord aboveBegins = _aboveBegins[first / WordBits];
-        const BitWord met = joined & (~(joined << 1 | BitWord{touching}) | aboveBegins);
-        for (BitWord events = parting | met; events != 0; events &= events - 1) {
-            const int bit = lowestBit(events);
-            const BitWord upToBit = ~BitWord{0} >> (WordBits - 1 - bit);
-            const int labelAbove = _stretches[aboveEnd + countBits(aboveBegins & upToBit)].label;
-            if ((parting >> bit & 1) != 0)
-                beginRun(first + bit, joined >> bit & 1, labelAbove);
-            else
-                join(first + bit, labelAbove);
+        int& left = _equivalences[_label];
+        int& upper = _equivalences[labelAbove];
+        const int least = std::min(left, upper);
+        left = upper = least; // one of them is that already
+        const bool changed = least != _label;
+        _label = least;
+        _labels[_stretchCount] = least;
+        _stretchCount += changed;
+        _words[w].begins |= changed ? event : 0;
+        return _equivalences[least] == least;
+    }
+
+    // Goes on from the pixel to the right, as long as pixels meet the same stretch above, until one leaves
+    // the table as it is.
+    void settle(std::size_t w, BitWord event, int labelAbove)
+    {
+        for (bool settled = false; !settled;) {
+            event <<= 1;
+            if (event == 0 && ++w < _labelling._wordsPerRow)
+                event = 1;
+            if (event == 0 || (_touches[w] & ~_runs[w] & ~_wordsAbove[w].begins & event) == 0)
+                return;
+            settled = meet(w, event, labelAbove);
         }
     }
 
-    // Most runs do no more than begin: without a branch.
-    void beginRun(int x, bool touching, int labelAbove)
-    {
-        const bool on = _row[x] != 0;
-        _equivalences[_labelCount] = _labelCount;
-        _label = touching ? labelAbove : on ? _labelCount : 0;
-        _labelCount += on & !touching;
-        _stretches[_stretchCount++] = {x, _label};
-        if (_equivalences[_label] != _label && meetsSame(x + 1))
-            join(x + 1, labelAbove);
-    }
-
-    // The run belongs, from `x` on, with pixels above of one label. As soon as a pixel would find the table
-    // as it left it, so would all that follow.
-    void join(int x, int labelAbove)
-    {
-        bool settled = false;
-        do {
-            int& left = _equivalences[_label];
-            int& upper = _equivalences[labelAbove];
-            (left >= upper ? left : upper) = std::min(left, upper);
-            settled = _equivalences[upper] == upper;
-            if (_label != upper) {
-                _label = upper;
-                _stretches[_stretchCount++] = {x, _label};
-                setBit(_begins, x - 1);
-            }
-            ++x;
-        } while (!settled && meetsSame(x));
-    }
-
     Labelling& _labelling;
-    const Component* const _row;
-    const Component* const _above;
-    const Belonging _belonging;
-    const BitWord* const _aboveBegins;
-    BitWord* const _begins;
-    Stretch* const _stretches;
+    const PixelWord* const _wordsAbove;
+    PixelWord* const _words;
+    const BitWord* const _runs;
+    const BitWord* const _touches;
+    int* const _labels;
     int* const _equivalences;
     std::size_t _stretchCount;
     int _labelCount;
@@ -188,57 +189,63 @@ private:
 template <typename Component, typename Belonging>
 void Labelling::scanRows(const cv::Mat& image, const Belonging& belonging)
 {
-    const auto scanRow = [](Labelling* labelling, auto... arguments) {
-        RowScan<Component, Belonging>(*labelling, arguments...).run();
+    const auto lookAtRow = [](auto instructions, Labelling* labelling, auto... arguments) {
+        labelling->lookAt<decltype(instructions), Component>(arguments...);
     };
+    const auto scanRow = [](Labelling* labelling, int y) { RowScan(*labelling, y).run(); };
     const std::vector<Component> outside(static_cast<std::size_t>(image.cols), 0);
     const Component* above = outside.data();
     for (int y = 0; y < image.rows; ++y) {
         const Component* row = image.ptr<Component>(y);
-        beginRow();
-        runVectorised<InstructionSet::Avx2>(scanRow, this, row, above, belonging);
-        _aboveFirst = _rows.back();
-        _aboveBegins.swap(_begins);
+        makeRoom();
+        const std::size_t first = _stretchCount;
+        runForInstructions(lookAtRow, this, row, above, belonging, rowAbove(y + 1));
+        runVectorised<InstructionSet::Avx2>(scanRow, this, y);
+        _aboveFirst = first;
         above = row;
     }
-    _rows.push_back(_stretchCount);
     _equivalences.resize(static_cast<std::size_t>(_labelCount));
 }
 
-// Makes room for as many labels as pixels, and one to spare.
-void Labelling::beginRow()
+// For the next row: for as many labels as pixels, and some to spare.
+void Labelling::makeRoom()
 {
-    const auto makeRoom = [this](auto& table, std::size_t count) {
-        const std::size_t needed = count + static_cast<std::size_t>(_size.width) + 1;
+    const auto makeRoom = [this](std::vector<int>& table, std::size_t count) {
+        const std::size_t needed = count + static_cast<std::size_t>(_size.width) + SpareValues;
         if (table.size() < needed)
             table.resize(2 * needed);
     };
-    makeRoom(_stretches, _stretchCount);
+    makeRoom(_labels, _stretchCount);
     makeRoom(_equivalences, static_cast<std::size_t>(_labelCount));
-    _rows.push_back(_stretchCount);
-    std::fill(_begins.begin(), _begins.end(), 0);
-}
-
-template <typename Visitor>
-void Labelling::forEachStretch(int row, const Visitor& visit) const
-{
-    const Stretch* stretch = _stretches.data() + _rows[row];
-    const Stretch* const last = _stretches.data() + _rows[row + 1] - 1;
-    for (; stretch != last; ++stretch)
-        visit(stretch->begin, stretch[1].begin, stretch->label);
-    visit(last->begin, _size.width, last->label);
 }
 
 void Labelling::removeSmallClusters(int min, int max)
 {
+    if (min <= 1 && max >= _size.area())
+        return; // none can be
     for (int& entry : _equivalences)
         entry = _equivalences[entry]; // lesser labels have their root already
     std::vector<int> sizes(_equivalences.size());
-    for (int y = 0; y < _size.height; ++y)
-        forEachStretch(y, [&](int begin, int end, int label) { sizes[_equivalences[label]] += end - begin; });
+    runVectorised([](const Labelling* labelling, int* sizes) { labelling->countPixels(sizes); }, this,
+                  sizes.data());
     for (int& entry : _equivalences)
         if (sizes[entry] < min || sizes[entry] > max)
             entry = 0;
+}
+
+// By root. The background is of no interest.
+inline void Labelling::countPixels(int* sizes) const
+{
+    const int* label = _labels.data();
+    for (const PixelWord& word : _words) {
+        BitWord on = word.on;
+        for (BitWord begins = word.begins; begins != 0; begins &= begins - 1) {
+            const BitWord before = (begins ^ (begins - 1)) >> 1;
+            sizes[_equivalences[*label++]] += countBits(on & before);
+            on &= ~before;
+        }
+        sizes[_equivalences[*label]] += countBits(on);
+    }
 }
 
 cv::Mat Labelling::unifyLabels()
@@ -251,34 +258,41 @@ cv::Mat Labelling::unifyLabels()
         else if (entry > regions)
             entry = ++regions;
     }
+    for (std::size_t stretch = 1; stretch < _stretchCount; ++stretch)
+        _labels[stretch] = _equivalences[_labels[stretch]];
     cv::Mat labels = newMatrix(_size, CV_32SC1);
-    runVectorised([](const Labelling* labelling, cv::Mat* labels) { labelling->write(*labels); }, this,
-                  &labels);
-    if (_stretches.capacity() > KeptStretches)
+    const auto write = [](auto instructions, const Labelling* labelling, cv::Mat* labels) {
+        labelling->write(instructions, *labels);
+    };
+    runForInstructions(write, this, &labels);
+    if (_labels.capacity() > KeptStretches)
         *this = Labelling();
     return labels;
 }
 
-// Most stretches are short. They are written from left to right, in steps that may go beyond their end, so
-// that few need a second step: what it costs is the branch that nobody can predict, not the bytes.
-inline void Labelling::write(cv::Mat& labels) const
+// Whole words at a time. What the last one of a row writes behind it, the next row replaces.
+template <typename Instructions>
+void Labelling::write(Instructions instructions, cv::Mat& labels) const
 {
-    constexpr int Step = 32;
-    const int* const end = labels.ptr<int>() + labels.total();
-    const auto put = [end](int* from, int* to, int label) {
-        if (end - to < Step) {
-            std::fill(from, to, label);
-            return;
+    const int* label = _labels.data();
+    const PixelWord* word = rowAbove(1);
+    int* const end = labels.ptr<int>() + labels.total();
+    for (int y = 0; y < labels.rows; ++y) {
+        int* const row = labels.ptr<int>(y);
+        for (int first = 0; first < labels.cols; first += WordBits, ++word) {
+            int* const pixels = row + first;
+            if (end - pixels < WordBits) {
+                std::array<int, WordBits> last;
+                spread(instructions, word->on, word->begins, label, last.data());
+                std::copy_n(last.data(), std::min(WordBits, labels.cols - first), pixels);
+            } else if (word->on == 0) {
+                std::fill_n(pixels, WordBits, 0);
+            } else {
+                spread(instructions, word->on, word->begins, label, pixels);
+            }
+            label += countBits(word->begins);
         }
-        do {
-            std::fill_n(from, Step, label);
-            from += Step;
-        } while (from < to);
-    };
-    for (int y = 0; y < labels.rows; ++y)
-        forEachStretch(y, [&, row = labels.ptr<int>(y)](int begin, int end, int label) {
-            put(row + begin, row + end, _equivalences[label]);
-        });
+    }
 }
 
 } // namespace ZR::Corvale::Filters

@@ -41,33 +41,38 @@ public:
     cv::Mat unifyLabels();
 
 private:
-    // Pixels side by side that have one label, up to the next stretch or the end of the row. Background has
-    // the label 0.
-    struct Stretch
+    // A row has a bit for each pixel, `WordBits` in a word: whether it is on, and whether a stretch begins
+    // there. Stretches are pixels side by side that are on and have one label; they end where a pixel is off
+    // or the next stretch begins.
+    struct PixelWord
     {
-        int begin;
-        int label;
+        BitWord on = 0;
+        BitWord begins = 0;
     };
-    template <typename Component, typename Belonging>
     class RowScan;
+
+    const PixelWord* rowAbove(int y) const { return _words.data() + y * _wordsPerRow; }
+    PixelWord* rowAbove(int y) { return _words.data() + y * _wordsPerRow; }
 
     template <typename Component, typename Belonging>
     void scanRows(const cv::Mat& image, const Belonging& belonging);
-    void beginRow();
-    template <typename Visitor>
-    void forEachStretch(int row, const Visitor& visit) const;
-    void write(cv::Mat& labels) const;
+    template <typename Instructions, typename Component, typename Belonging>
+    void lookAt(const Component* row, const Component* above, const Belonging& belonging, PixelWord* words);
+    void makeRoom();
+    void countPixels(int* sizes) const;
+    template <typename Instructions>
+    void write(Instructions instructions, cv::Mat& labels) const;
 
     cv::Size _size;
-    std::vector<Stretch> _stretches; // one for nothing, then those of the image in the order of the scan
-    std::vector<std::size_t> _rows;  // the first stretch of each row, and the end of the last
-    std::vector<int> _equivalences;  // by label, one that is lesser, or the same at the root of a region
-    std::size_t _stretchCount = 0;   // so many of `_stretches` count,
-    int _labelCount = 0;             // and so many of `_equivalences`
-
-    // Where stretches begin in the row at work and in the one above, a bit for each pixel but the first.
-    std::vector<BitWord> _begins, _aboveBegins;
-    std::size_t _aboveFirst = 0; // the first stretch of the row above
+    std::size_t _wordsPerRow = 0;
+    std::vector<PixelWord> _words;  // a row that is off, then those of the image
+    std::vector<int> _labels;       // 0, then those of the stretches in the order of the scan
+    std::vector<int> _equivalences; // by label, one that is lesser, or the same at the root of a region
+    std::size_t _stretchCount = 0;  // so many of `_labels` count,
+    int _labelCount = 0;            // and so many of `_equivalences`
+    std::vector<BitWord> _runs;     // in the row at work, where runs begin
+    std::vector<BitWord> _touches;  // and which pixels belong with those above them
+    std::size_t _aboveFirst = 0;    // the first stretch of the row above the one at work
 };
 
 } // namespace ZR::Corvale::Filters

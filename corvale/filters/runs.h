@@ -14,12 +14,13 @@ namespace ZR::Corvale::Filters {
 template <typename Component, typename Parts>
 int findRuns(const Component* row, int width, const Parts& parts, std::vector<int>& begins)
 {
-    const auto find = [&parts](const Component* row, int width, int* begins, int* count) {
+    const auto find = [&parts](auto instructions, const Component* row, int width, int* begins, int* count) {
         const auto begun = [&parts, row](int x) { return parts(row[x - 1], row[x]); };
         int found = 0;
         begins[found++] = 0;
         for (int x = 1; x < width; x += WordBits)
-            for (BitWord word = bitsOf(x, std::min(WordBits, width - x), begun); word != 0; word &= word - 1)
+            for (BitWord word = bitsOf(instructions, x, std::min(WordBits, width - x), begun); word != 0;
+                 word &= word - 1)
                 begins[found++] = x + lowestBit(word);
         begins[found] = width;
         *count = found;
@@ -28,7 +29,7 @@ int findRuns(const Component* row, int width, const Parts& parts, std::vector<in
     if (begins.size() <= static_cast<std::size_t>(width))
         begins.resize(static_cast<std::size_t>(width) + 1);
     if (width > 0)
-        runVectorised<InstructionSet::Avx2>(find, row, width, begins.data(), &count);
+        runForInstructions(find, row, width, begins.data(), &count);
     return count;
 }
 

@@ -7,7 +7,7 @@ namespace {
 InstructionSet detect()
 {
 #if defined(__GNUC__) && defined(__x86_64__)
-    if (__builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vbmi"))
+    if (__builtin_cpu_supports("avx512vbmi") && __builtin_cpu_supports("avx512vpopcntdq"))
         return InstructionSet::Avx512;
     if (__builtin_cpu_supports("avx2"))
         return InstructionSet::Avx2;

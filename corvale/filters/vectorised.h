@@ -1,5 +1,7 @@
 #pragma once
 
+#include <type_traits>
+
 namespace ZR::Corvale::Filters {
 
 /// The sets of vector instructions that kernels are compiled for.
@@ -13,18 +15,24 @@ enum class InstructionSet
 /// The widest of these sets that this processor has.
 InstructionSet instructionSet();
 
-// Everything that the kernel calls is compiled into these functions, in their instruction set.
+/// One of these sets as a type, for kernels that have to know.
+template <InstructionSet Set>
+using Instructions = std::integral_constant<InstructionSet, Set>;
+
+// What the sets consist of. The byte permutations of VBMI take colours apart twice as fast as those before.
 #if defined(__GNUC__) && defined(__x86_64__)
+#define CORVALE_AVX2 __attribute__((target("avx2,popcnt")))
+#define CORVALE_AVX512 __attribute__((target("avx512vbmi,avx512vpopcntdq,popcnt")))
+
+// Everything that the kernel calls is compiled into these functions, in their instruction set.
 template <typename Kernel, typename... Arguments>
-__attribute__((target("avx2"), flatten, noinline)) void runAvx2(const Kernel& kernel, Arguments... arguments)
+CORVALE_AVX2 __attribute__((flatten, noinline)) void runAvx2(const Kernel& kernel, Arguments... arguments)
 {
     kernel(arguments...);
 }
 
-// The byte permutations of this set take colours apart twice as fast as those before.
 template <typename Kernel, typename... Arguments>
-__attribute__((target("avx512vbmi"), flatten, noinline)) void runAvx512(const Kernel& kernel,
-                                                                        Arguments... arguments)
+CORVALE_AVX512 __attribute__((flatten, noinline)) void runAvx512(const Kernel& kernel, Arguments... arguments)
 {
     kernel(arguments...);
 }
@@ -45,6 +53,21 @@ void runVectorised(const Kernel& kernel, Arguments... arguments)
         return runAvx2(kernel, arguments...);
 #endif
     kernel(arguments...);
+}
+
+/// The same for `kernel(Instructions<Set>(), arguments...)`, which passes on to what it calls for which
+/// instructions it is compiled.
+template <typename Kernel, typename... Arguments>
+void runForInstructions(const Kernel& kernel, Arguments... arguments)
+{
+#if defined(__GNUC__) && defined(__x86_64__)
+    const InstructionSet set = instructionSet();
+    if (set == InstructionSet::Avx512)
+        return runAvx512(kernel, Instructions<InstructionSet::Avx512>(), arguments...);
+    if (set == InstructionSet::Avx2)
+        return runAvx2(kernel, Instructions<InstructionSet::Avx2>(), arguments...);
+#endif
+    kernel(Instructions<InstructionSet::Baseline>(), arguments...);
 }
 
 } // namespace ZR::Corvale::Filters

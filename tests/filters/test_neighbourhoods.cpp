@@ -1,4 +1,5 @@
 #include "corvale/data/truncate.h"
+#include "corvale/filters/spread.h"
 #include "filters/filterrunner.h"
 #include "filters/images.h"
 
@@ -7,10 +8,13 @@
 #include <climits>
 #include <cmath>
 #include <deque>
+#include <numeric>
+#include <random>
 #include <vector>
 
 using namespace support;
 using ZR::Corvale::dataToCvMat;
+using namespace ZR::Corvale::Filters;
 
 namespace {
 
@@ -64,6 +68,39 @@ TEST(ScaleDown, TakesTheNearestPixels)
                 expectImage(result, expected.size(), kind, true,
                             [&](int y, int x, int c) { return at(expected, y, x, c); });
             });
+}
+
+// Where this processor has the instructions.
+template <InstructionSet Set>
+void expectLiteralRuns(BitWord on, BitWord begins)
+{
+    if (Set > instructionSet())
+        return;
+    Flags flags;
+    std::array<int, WordBits + SpareValues + 1> values;
+    std::array<int, WordBits> pixels, expected;
+    std::iota(values.begin(), values.end(), 1000);
+    for (int i = 0, runs = 0; i < WordBits; ++i) {
+        flags[i] = on >> i & 1;
+        runs += begins >> i & 1;
+        expected[i] = flags[i] * (1000 + runs);
+    }
+    EXPECT_EQ(packed(Instructions<Set>(), flags), on);
+    spread(Instructions<Set>(), on, begins, values.data(), pixels.data());
+    EXPECT_EQ(pixels, expected);
+}
+
+TEST(Runs, AreTheSameWithAnyInstructions)
+{
+    std::mt19937_64 random(1);
+    const auto dense = [&random] { return random() | random(); };
+    for (const BitWord on : {BitWord(0), ~BitWord(0), BitWord(random()), BitWord(dense())})
+        for (const BitWord begins :
+             {BitWord(0), ~BitWord(0), BitWord(random()), BitWord(dense() & dense())}) {
+            expectLiteralRuns<InstructionSet::Baseline>(on, begins);
+            expectLiteralRuns<InstructionSet::Avx2>(on, begins);
+            expectLiteralRuns<InstructionSet::Avx512>(on, begins);
+        }
 }
 
 // The scan pixel by pixel, its table of equivalences, the removal and the renumbering one entry after
