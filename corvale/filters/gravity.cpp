@@ -26,31 +26,34 @@ public:
     void addRun(int y, int begin, int end)
     {
         constexpr double Exact = 1 << 24;
-        const double pixels = end - begin;
-        const double sumX = (double(begin) + end - 1) * pixels / 2;
-        const double sumY = y * pixels;
-        _pixels += end - begin;
-        if (_sumX + sumX <= Exact && _sumY + sumY <= Exact) {
-            _sumX += static_cast<float>(sumX);
-            _sumY += static_cast<float>(sumY);
+        const std::int64_t pixels = end - begin;
+        const double sumX = _sumX + static_cast<double>((begin + std::int64_t{end} - 1) * pixels / 2);
+        const double sumY = _sumY + static_cast<double>(y * pixels);
+        _pixels += pixels;
+        if (sumX <= Exact && sumY <= Exact) {
+            _sumX = sumX;
+            _sumY = sumY;
             return;
         }
+        float roundedX = static_cast<float>(_sumX), roundedY = static_cast<float>(_sumY);
         for (int x = begin; x < end; ++x) {
-            _sumX += static_cast<float>(x);
-            _sumY += static_cast<float>(y);
+            roundedX += static_cast<float>(x);
+            roundedY += static_cast<float>(y);
         }
+        _sumX = roundedX;
+        _sumY = roundedY;
     }
 
     bool empty() const { return _pixels == 0; }
     Type::Vector2 mean() const
     {
         const auto pixels = static_cast<float>(_pixels);
-        return Type::Vector2(_sumX / pixels, _sumY / pixels);
+        return Type::Vector2(static_cast<float>(_sumX) / pixels, static_cast<float>(_sumY) / pixels);
     }
 
 private:
-    float _sumX = 0.0f;
-    float _sumY = 0.0f;
+    double _sumX = 0.0; // what a float holds
+    double _sumY = 0.0;
     std::int64_t _pixels = 0;
 };
 

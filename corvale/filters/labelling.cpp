@@ -48,7 +48,7 @@ void Labelling::scan(const cv::Mat& image, int tolerance)
     _size = image.size();
     _wordsPerRow = wordsOf(image.cols);
     _words.resize((static_cast<std::size_t>(image.rows) + 1) * _wordsPerRow);
-    std::fill_n(_words.begin(), _wordsPerRow, PixelWord());
+    std::fill_n(_words.begin(), _wordsPerRow, RunWord());
     _runs.resize(_wordsPerRow);
     _touches.resize(_wordsPerRow);
     _labels.resize(std::max<std::size_t>(_labels.size(), 1));
@@ -62,32 +62,21 @@ void Labelling::scan(const cv::Mat& image, int tolerance)
         scanRows<ushort>(image, Near{tolerance});
 }
 
-// Finds out, by bits, where pixels of a row are on, where runs begin, and which pixels belong with the ones
-// above them.
+// Finds out, by bits, where runs of a row begin and which pixels belong with the ones above them.
 template <typename Instructions, typename Component, typename Belonging>
 void Labelling::lookAt(const Component* row, const Component* above, const Belonging& belonging,
-                       PixelWord* words)
+                       RunWord* words)
 {
     const Instructions instructions;
-    const auto isOn = [row](int x) { return row[x] != 0; };
-    const auto parts = [&](int x) { return belonging.part(row[x - 1], row[x]); };
+    const auto parts = [&](Component left, Component right) { return belonging.part(left, right); };
     const auto touches = [&](int x) { return (row[x] != 0) & !belonging.part(row[x], above[x]); };
-    const auto sizeFrom = [this](int first) { return std::min(WordBits, _size.width - first); };
-    BitWord parting = 1; // whether the first pixel of a word parts from the one before
-    for (std::size_t w = 0; w < _wordsPerRow; ++w) {
-        const int first = static_cast<int>(w) * WordBits;
-        const BitWord on = bitsOf(instructions, first, sizeFrom(first), isOn);
-        _runs[w] = _touches[w] = 0;
-        if (on != 0) {
-            const BitWord partingNext = bitsOf(instructions, first + 1, sizeFrom(first + 1), parts);
-            _runs[w] = on & (partingNext << 1 | parting);
-            _touches[w] = bitsOf(instructions, first, sizeFrom(first), touches);
-            parting = partingNext >> (WordBits - 1);
-        } else {
-            parting = 1;
-        }
-        words[w] = {on, _runs[w]};
-    }
+    forEachRunWord(instructions, row, _size.width, parts, [&](int first, const RunWord& word, BitWord) {
+        const int w = first / WordBits;
+        words[w] = word;
+        _runs[w] = word.begins;
+        _touches[w] =
+            word.on == 0 ? 0 : bitsOf(instructions, first, std::min(WordBits, _size.width - first), touches);
+    });
 }
 
 // Goes along a row from one pixel to the next where something happens: a run begins, or one meets a stretch
@@ -175,8 +164,8 @@ private:
     }
 
     Labelling& _labelling;
-    const PixelWord* const _wordsAbove;
-    PixelWord* const _words;
+    const RunWord* const _wordsAbove;
+    RunWord* const _words;
     const BitWord* const _runs;
     const BitWord* const _touches;
     int* const _labels;
@@ -237,7 +226,7 @@ void Labelling::removeSmallClusters(int min, int max)
 inline void Labelling::countPixels(int* sizes) const
 {
     const int* label = _labels.data();
-    for (const PixelWord& word : _words) {
+    for (const RunWord& word : _words) {
         BitWord on = word.on;
         for (BitWord begins = word.begins; begins != 0; begins &= begins - 1) {
             const BitWord before = (begins ^ (begins - 1)) >> 1;
@@ -261,38 +250,10 @@ cv::Mat Labelling::unifyLabels()
     for (std::size_t stretch = 1; stretch < _stretchCount; ++stretch)
         _labels[stretch] = _equivalences[_labels[stretch]];
     cv::Mat labels = newMatrix(_size, CV_32SC1);
-    const auto write = [](auto instructions, const Labelling* labelling, cv::Mat* labels) {
-        labelling->write(instructions, *labels);
-    };
-    runForInstructions(write, this, &labels);
+    spreadRuns(rowAbove(1), _labels.data(), labels);
     if (_labels.capacity() > KeptStretches)
         *this = Labelling();
     return labels;
-}
-
-// Whole words at a time. What the last one of a row writes behind it, the next row replaces.
-template <typename Instructions>
-void Labelling::write(Instructions instructions, cv::Mat& labels) const
-{
-    const int* label = _labels.data();
-    const PixelWord* word = rowAbove(1);
-    int* const end = labels.ptr<int>() + labels.total();
-    for (int y = 0; y < labels.rows; ++y) {
-        int* const row = labels.ptr<int>(y);
-        for (int first = 0; first < labels.cols; first += WordBits, ++word) {
-            int* const pixels = row + first;
-            if (end - pixels < WordBits) {
-                std::array<int, WordBits> last;
-                spread(instructions, word->on, word->begins, label, last.data());
-                std::copy_n(last.data(), std::min(WordBits, labels.cols - first), pixels);
-            } else if (word->on == 0) {
-                std::fill_n(pixels, WordBits, 0);
-            } else {
-                spread(instructions, word->on, word->begins, label, pixels);
-            }
-            label += countBits(word->begins);
-        }
-    }
 }
 
 } // namespace ZR::Corvale::Filters

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "corvale/filters/bits.h"
+#include "corvale/filters/runs.h"
 
 #include <opencv2/core/mat.hpp>
 
@@ -41,31 +41,23 @@ public:
     cv::Mat unifyLabels();
 
 private:
-    // A row has a bit for each pixel, `WordBits` in a word: whether it is on, and whether a stretch begins
-    // there. Stretches are pixels side by side that are on and have one label; they end where a pixel is off
-    // or the next stretch begins.
-    struct PixelWord
-    {
-        BitWord on = 0;
-        BitWord begins = 0;
-    };
+    // Stretches are pixels side by side that are on and have one label. They end where their run ends or the
+    // next stretch of it begins.
     class RowScan;
 
-    const PixelWord* rowAbove(int y) const { return _words.data() + y * _wordsPerRow; }
-    PixelWord* rowAbove(int y) { return _words.data() + y * _wordsPerRow; }
+    const RunWord* rowAbove(int y) const { return _words.data() + y * _wordsPerRow; }
+    RunWord* rowAbove(int y) { return _words.data() + y * _wordsPerRow; }
 
     template <typename Component, typename Belonging>
     void scanRows(const cv::Mat& image, const Belonging& belonging);
     template <typename Instructions, typename Component, typename Belonging>
-    void lookAt(const Component* row, const Component* above, const Belonging& belonging, PixelWord* words);
+    void lookAt(const Component* row, const Component* above, const Belonging& belonging, RunWord* words);
     void makeRoom();
     void countPixels(int* sizes) const;
-    template <typename Instructions>
-    void write(Instructions instructions, cv::Mat& labels) const;
 
     cv::Size _size;
     std::size_t _wordsPerRow = 0;
-    std::vector<PixelWord> _words;  // a row that is off, then those of the image
+    std::vector<RunWord> _words;    // a row that is off, then those of the image, where stretches begin
     std::vector<int> _labels;       // 0, then those of the stretches in the order of the scan
     std::vector<int> _equivalences; // by label, one that is lesser, or the same at the root of a region
     std::size_t _stretchCount = 0;  // so many of `_labels` count,

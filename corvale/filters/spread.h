@@ -1,10 +1,12 @@
 #pragma once
 
-#include "corvale/filters/bits.h"
+#include "corvale/filters/runs.h"
 
+#include <opencv2/core/mat.hpp>
+
+#include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstring>
 
 namespace ZR::Corvale::Filters {
 
@@ -71,5 +73,30 @@ CORVALE_AVX512 inline void spread(Instructions<InstructionSet::Avx512>, BitWord 
     }
 }
 #endif
+
+/// The same for the rows of an image one after another. The image is new and has no gaps between its rows.
+inline void spreadRuns(const RunWord* words, const int* values, cv::Mat& image)
+{
+    const auto spreadAll = [](auto instructions, const RunWord* word, const int* value, cv::Mat* image) {
+        const int* const end = image->ptr<int>() + image->total();
+        for (int y = 0; y < image->rows; ++y) {
+            int* const row = image->ptr<int>(y);
+            for (int first = 0; first < image->cols; first += WordBits, ++word) {
+                int* const pixels = row + first;
+                if (end - pixels < WordBits) {
+                    std::array<int, WordBits> last;
+                    spread(instructions, word->on, word->begins, value, last.data());
+                    std::copy_n(last.data(), std::min(WordBits, image->cols - first), pixels);
+                } else if (word->on == 0) {
+                    std::fill_n(pixels, WordBits, 0);
+                } else { // what goes beyond the end of a row is replaced by the next one
+                    spread(instructions, word->on, word->begins, value, pixels);
+                }
+                value += countBits(word->begins);
+            }
+        }
+    };
+    runForInstructions(spreadAll, words, values, &image);
+}
 
 } // namespace ZR::Corvale::Filters
