@@ -26,7 +26,7 @@ namespace {
 // one inside another, and a row of 20,000 would fill the stack.
 struct Elements : Values
 {
-    explicit Elements(const Values& values) : Values(values) {}
+    explicit Elements(Values values) : Values(std::move(values)) {}
     ~Elements()
     {
         Values ending;
@@ -82,8 +82,10 @@ CORVALE_DATA_OF(Duration, const Type::Duration&, Type::Duration)
 
 #undef CORVALE_DATA_OF
 
-Data::Data(const Values& value)
-    : _data(boost::static_pointer_cast<Values>(boost::make_shared<Elements>(value))),
+Data::Data(const Values& value) : Data(Values(value)) {}
+
+Data::Data(Values&& value)
+    : _data(boost::static_pointer_cast<Values>(boost::make_shared<Elements>(std::move(value)))),
       _type(Array),
       _valueConstructed(true)
 {

@@ -39,7 +39,8 @@ class Lambda;
 /// A null `boost::shared_ptr<Data>` means that there is no value; a `Data` of type Invalid is an empty
 /// value; a `Data` of a proper type may hold a null payload, when it was built from a null pointer.
 /// Ownership: the constructors from a value keep a copy of their own (an array copies its element
-/// pointers, a histogram its bins); the constructors from a shared pointer share the caller's object.
+/// pointers or takes over those of a temporary, a histogram copies its bins); the constructors from a
+/// shared pointer share the caller's object.
 /// Copies of a `Data` share their payload.
 /// Threads: a `Data` never changes after construction, so several threads may read one. Its payload is
 /// to be treated as immutable once others can see it.
@@ -76,6 +77,7 @@ public:
     Data(const Type::Time& value);
     Data(const Type::Duration& value);
     Data(const std::vector<boost::shared_ptr<Data>>& value);
+    Data(std::vector<boost::shared_ptr<Data>>&& value);
 
     Data(boost::shared_ptr<Type::ColorImage> value);
     Data(boost::shared_ptr<Type::GrayscaleImage> value);

@@ -33,15 +33,14 @@ Values BoundingBox::applyFilter(const Values& inputs, const StringHash&, const S
     const cv::Mat labels = dataToCvMat(inputs[0]);
     const LabelTable<RegionExtent> regions = measureRegions<RegionExtent>(labels);
     const std::vector<RegionExtent>& extents = regions.entries();
-    Values boxes;
+    std::vector<Type::Region2> boxes;
     // The label that equals the number of pixels has no box: only an image of one-pixel regions needs it.
     for (std::size_t label = 1; label < std::min(extents.size(), labels.total()); ++label) {
         const RegionExtent& extent = extents[label];
         if (extent.maxX > extent.minX)
-            boxes.push_back(
-                boost::make_shared<Data>(Type::Region2(extent.minX, extent.minY, extent.maxX, extent.maxY)));
+            boxes.emplace_back(extent.minX, extent.minY, extent.maxX, extent.maxY);
     }
-    return {boost::make_shared<Data>(boxes),
+    return {boost::make_shared<Data>(valuesOf(boxes)),
             boost::make_shared<Data>(static_cast<float>(labels.cols), static_cast<float>(labels.rows))};
 }
 

@@ -70,11 +70,11 @@ Values Gravity::applyFilter(const Values& inputs, const StringHash&, const Strin
     if (!guards.admit(inputs))
         return {};
     const LabelTable<Centre> centres = measureRegions<Centre>(dataToCvMat(inputs[0]));
-    Values means;
+    std::vector<Type::Vector2> means;
     for (const Centre& centre : centres.entries())
         if (!centre.empty())
-            means.push_back(boost::make_shared<Data>(centre.mean()));
-    return one(means);
+            means.push_back(centre.mean());
+    return one(boost::make_shared<Data>(valuesOf(means)));
 }
 
 } // namespace ZR::Corvale::Filters

@@ -5,6 +5,9 @@
 #include <boost/make_shared.hpp>
 #include <boost/shared_ptr.hpp>
 
+#include <algorithm>
+#include <cstddef>
+#include <utility>
 #include <vector>
 
 namespace ZR::Corvale::Filters {
@@ -24,6 +27,28 @@ template <typename Number>
 Number number(const boost::shared_ptr<Data>& value)
 {
     return static_cast<Number>(*value);
+}
+
+/// A value for each of the payloads. To make them one by one costs more than to find out what most of them
+/// hold, so a few at a time share a block of memory, which lasts as long as one of them is held.
+template <typename Payload>
+Values valuesOf(const std::vector<Payload>& payloads)
+{
+    constexpr std::size_t BlockSize = 16; // few, lest who keeps one keeps much
+    Values values;
+    values.reserve(payloads.size());
+    for (auto first = payloads.begin(); first != payloads.end();) {
+        const auto last = first + std::min<std::ptrdiff_t>(BlockSize, payloads.end() - first);
+        const auto contents = boost::make_shared<std::vector<Payload>>(first, last);
+        const auto block = boost::make_shared<std::vector<Data>>();
+        block->reserve(contents->size());
+        for (Payload& content : *contents) {
+            block->emplace_back(boost::shared_ptr<Payload>(contents, &content));
+            values.emplace_back(block, &block->back());
+        }
+        first = last;
+    }
+    return values;
 }
 
 /// The result of a filter with one output.
