@@ -9,6 +9,10 @@
 
 #include <cstring>
 
+#if defined(CORVALE_AVX2)
+#include <immintrin.h>
+#endif
+
 namespace ZR::Corvale::Filters {
 
 namespace {
@@ -27,9 +31,33 @@ void halveRow(const Pixel* in, std::size_t pixels, Pixel* out)
         out[i] = in[2 * i];
 }
 
-// Four bytes are copied faster than three. The next pixel takes the place of the fourth.
-void halveColours(const uchar* in, std::size_t pixels, uchar* out)
+#if defined(CORVALE_AVX2)
+// Takes three pixels at a time and leaves a few, as it writes 16 bytes each time; gives how many it took.
+// Compilers find no such permutation for pixels of three bytes.
+CORVALE_AVX2 std::size_t halveMostColours(const uchar* in, std::size_t pixels, uchar* out)
 {
+    const __m128i everySecond = _mm_setr_epi8(0, 1, 2, 6, 7, 8, 12, 13, 14, -1, -1, -1, -1, -1, -1, -1);
+    std::size_t taken = 0;
+    for (; taken + 6 <= pixels; taken += 3, in += 18, out += 9) {
+        const __m128i six = _mm_loadu_si128(reinterpret_cast<const __m128i*>(in));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_shuffle_epi8(six, everySecond));
+    }
+    return taken;
+}
+#endif
+
+// Four bytes are copied faster than three. The next pixel takes the place of the fourth.
+template <InstructionSet Set>
+void halveColours(Instructions<Set>, const uchar* in, std::size_t pixels, uchar* out)
+{
+#if defined(CORVALE_AVX2)
+    if constexpr (Set != InstructionSet::Baseline) {
+        const std::size_t taken = halveMostColours(in, pixels, out);
+        pixels -= taken;
+        in += 6 * taken;
+        out += 3 * taken;
+    }
+#endif
     for (; pixels > 1; --pixels, in += 6, out += 3)
         std::memcpy(out, in, 4);
     std::memcpy(out, in, 3);
@@ -39,7 +67,7 @@ void halveColours(const uchar* in, std::size_t pixels, uchar* out)
 cv::Mat halved(const cv::Mat& image)
 {
     cv::Mat result = newMatrix({image.cols / 2, image.rows / 2}, image.type());
-    const auto halve = [](const cv::Mat* image, cv::Mat* result) {
+    const auto halve = [](auto instructions, const cv::Mat* image, cv::Mat* result) {
         const std::size_t pixels = static_cast<std::size_t>(result->cols);
         for (int y = 0; y < result->rows; ++y)
             switch (image->elemSize()) {
@@ -50,13 +78,13 @@ cv::Mat halved(const cv::Mat& image)
                 halveRow(image->ptr<ushort>(2 * y), pixels, result->ptr<ushort>(y));
                 break;
             case 3:
-                halveColours(image->ptr(2 * y), pixels, result->ptr(y));
+                halveColours(instructions, image->ptr(2 * y), pixels, result->ptr(y));
                 break;
             default:
                 halveRow(image->ptr<int>(2 * y), pixels, result->ptr<int>(y));
             }
     };
-    runVectorised(halve, &image, &result);
+    runForInstructions(halve, &image, &result);
     return result;
 }
 
