@@ -47,6 +47,7 @@ public:
           _ends(2 * static_cast<std::size_t>(_radiusY) * _length),
           _beginning(_length),
           _row(_length + 2 * _radiusX, neutral),
+          _nextRow(_row),
           _few(_row.size()),
           _many(_row.size())
     {
@@ -59,17 +60,18 @@ public:
             const Component* end = imageRow(first + _radiusY);
             for (int row = side - 2; row >= 0; --row)
                 end = combine(imageRow(first - _radiusY + row), end, _length, endRow(row));
-            std::copy_n(end, _length, _row.data() + _radiusX);
-            alongRow(result.ptr<Component>(first));
+            std::copy_n(end, _length, _nextRow.data() + _radiusX);
+            takeNextRow(result.ptr<Component>(first));
 
             const Component* beginning = _outside.data();
             for (int row = 1; row < std::min(side, _image.rows - first); ++row) {
                 beginning = combine(beginning, imageRow(first + _radiusY + row), _length, _beginning.data());
                 end = row < side - 1 ? endRow(row) : imageRow(first + _radiusY);
-                combine(end, beginning, _length, _row.data() + _radiusX);
-                alongRow(result.ptr<Component>(first + row));
+                combine(end, beginning, _length, _nextRow.data() + _radiusX);
+                takeNextRow(result.ptr<Component>(first + row));
             }
         }
+        alongRow();
     }
 
 private:
@@ -95,18 +97,40 @@ private:
             out[i] = Extremum<Component>()(Extremum<Component>()(a[i], b[i]), c[i]);
     }
 
+    static void combine(const Component* a, const Component* b, const Component* c, const Component* d,
+                        const Component* e, std::size_t count, Component* out)
+    {
+        const Extremum<Component> extremum;
+        for (std::size_t i = 0; i < count; ++i)
+            out[i] = extremum(extremum(extremum(a[i], b[i]), extremum(c[i], d[i])), e[i]);
+    }
+
+    // Whoever reads, at other offsets, what was just written waits until it has come to the cache. So the
+    // extrema along a row are found when the next row has been written.
+    void takeNextRow(Component* out)
+    {
+        if (_out)
+            alongRow();
+        _row.swap(_nextRow);
+        _out = out;
+    }
+
     // From `_row`, which is neutral beyond both ends.
-    void alongRow(Component* out)
+    void alongRow()
     {
         const std::size_t window = 2 * _radiusX + _channels;
         std::size_t reached = _channels;
         const Component* extrema = _row.data();
-        for (; 3 * reached < window; reached *= 2) {
+        for (; 5 * reached < window; reached *= 2) {
             extrema = combine(extrema, extrema + reached, _row.size() - reached, _many.data());
             _few.swap(_many);
         }
-        combine(extrema, extrema + std::min(reached, window - reached), extrema + window - reached, _length,
-                out);
+        const Component* last = extrema + window - reached;
+        if (window <= 3 * reached)
+            combine(extrema, std::min(extrema + reached, last), last, _length, _out);
+        else
+            combine(extrema, extrema + reached, extrema + 2 * reached, std::min(extrema + 3 * reached, last),
+                    last, _length, _out);
     }
 
     const cv::Mat& _image;
@@ -118,7 +142,9 @@ private:
     std::vector<Component> _ends;          // extrema from a row of the block to its last row
     std::vector<Component> _beginning;     // the extrema of the first rows of the next block
     std::vector<Component> _row;           // the extrema of a window's rows
+    std::vector<Component> _nextRow;
     std::vector<Component> _few, _many;
+    Component* _out = nullptr; // where what is found along `_row` goes
 };
 
 template <typename Component, template <typename> class Extremum>
