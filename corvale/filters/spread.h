@@ -42,6 +42,11 @@ constexpr RunNumbers runNumbers = makeRunNumbers();
 CORVALE_AVX2 inline void spread(Instructions<InstructionSet::Avx2>, BitWord on, BitWord begins,
                                 const int* values, int* pixels)
 {
+    if (on == 0) { // as in most of a usual picture
+        for (int i = 0; i < WordBits; i += 8)
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(pixels + i), _mm256_setzero_si256());
+        return;
+    }
     const __m256i ownBit = _mm256_setr_epi32(1, 2, 4, 8, 16, 32, 64, 128);
     for (int i = 0; i < WordBits; i += 8) {
         const BitWord begun = begins >> i & 0xff;
@@ -59,6 +64,11 @@ CORVALE_AVX2 inline void spread(Instructions<InstructionSet::Avx2>, BitWord on, 
 CORVALE_AVX512 inline void spread(Instructions<InstructionSet::Avx512>, BitWord on, BitWord begins,
                                   const int* values, int* pixels)
 {
+    if (on == 0) {
+        for (int i = 0; i < WordBits; i += 16)
+            _mm512_storeu_si512(pixels + i, _mm512_setzero_si512());
+        return;
+    }
     // the bits from 1 up to that of the pixel
     const __m512i upTo = _mm512_setr_epi32(0x0000, 0x0002, 0x0006, 0x000e, 0x001e, 0x003e, 0x007e, 0x00fe,
                                            0x01fe, 0x03fe, 0x07fe, 0x0ffe, 0x1ffe, 0x3ffe, 0x7ffe, 0xfffe);
@@ -87,8 +97,6 @@ inline void spreadRuns(const RunWord* words, const int* values, cv::Mat& image)
                     std::array<int, WordBits> last;
                     spread(instructions, word->on, word->begins, value, last.data());
                     std::copy_n(last.data(), std::min(WordBits, image->cols - first), pixels);
-                } else if (word->on == 0) {
-                    std::fill_n(pixels, WordBits, 0);
                 } else { // what goes beyond the end of a row is replaced by the next one
                     spread(instructions, word->on, word->begins, value, pixels);
                 }
