@@ -23,8 +23,11 @@ constexpr std::size_t pipeful = 4096;
 } // namespace
 
 OutputFile::OutputFile(const std::string& path)
-    : OutputFile(path, open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666))
+    : OutputFile(path, open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NONBLOCK, 0666))
 {
+    // Else a pipe would be waited for where no signal ends the run.
+    if (_descriptor < 0 && errno == ENXIO)
+        throw Failure("cannot write " + path + ": it is a pipe that nobody reads; start its reader first");
     if (_descriptor < 0)
         fail();
 }

@@ -40,7 +40,8 @@ TEST_F(CliFaults, WrongArgumentsAreNamedWithTheirRemedy)
 
 TEST_F(CliFaults, FilesThatCannotBeReadEndTheRun)
 {
-    shell("head -c 9000 v.avi >cut.avi; echo text >text.avi; mkdir empty mixed kinds");
+    shell("head -c 9000 v.avi >cut.avi; echo text >text.avi; mkdir empty mixed kinds;"
+          "mkfifo pipe.png pipe.fgs; ln -s loop.png loop.png; truncate -s 3G huge.png huge.avi");
     writePicture("mixed/1.png", 4, 4, 1);
     writePicture("mixed/2.png", 5, 4, 1);
     writePicture("kinds/1.png", 4, 4, 1);
@@ -52,6 +53,7 @@ TEST_F(CliFaults, FilesThatCannotBeReadEndTheRun)
 
 TEST_F(CliFaults, FilesThatCannotBeWrittenEndTheRun)
 {
+    shell("mkdir folder.avi; mkfifo pipe.txt");
     expectFaults("unwritable.txt");
     EXPECT_FALSE(boost::filesystem::exists(path("o.avi")));
 
@@ -91,18 +93,20 @@ TEST_F(CliFaults, ClosedPipeAndSignalsEndTheRunWithFinishedFiles)
     EXPECT_EQ(support::lines(piped.output), 2);
 
     writePicture("a.png", 16, 16, 9);
-    for (const std::string mode : {"", "--live --rate 200"}) {
-        // The signal comes once frames have been written.
-        const Result result =
-            shell("corvale run --quiet p.fgs " + mode +
-                  " --frames 999999999 --feed in=a.png "
-                  "--save p:out=o.avi --print p:out >printed & while [ ! -s printed ]; do sleep 0.01; done; "
-                  "kill -INT $!; wait $!");
-        EXPECT_EQ(result.exitCode, 130) << mode << result.errors;
-        EXPECT_EQ(result.errors, "") << mode;
-        EXPECT_EQ(frames("o.avi").size(), support::lines(text("printed"))) << mode;
-        shell("rm printed");
-    }
+    for (const std::string mode : {"", "--live --rate 200"})
+        for (const auto& [signal, exitCode] : {std::pair("INT", 130), {"TERM", 143}}) {
+            // The signal comes once frames have been written.
+            const Result result = shell(
+                "corvale run --quiet p.fgs " + mode +
+                " --frames 999999999 --feed in=a.png "
+                "--save p:out=o.avi --print p:out >printed & while [ ! -s printed ]; do sleep 0.01; done; "
+                "kill -" +
+                signal + " $!; wait $!");
+            EXPECT_EQ(result.exitCode, exitCode) << mode << result.errors;
+            EXPECT_EQ(result.errors, "") << mode;
+            EXPECT_EQ(frames("o.avi").size(), support::lines(text("printed"))) << mode;
+            shell("rm printed");
+        }
 }
 
 } // namespace
