@@ -1,4 +1,5 @@
-// A plug-in for the tests: PLUGIN_ENTRY says whether its entry is missing, throws, or adds a source.
+// A plug-in for the tests: PLUGIN_ENTRY says whether its entry is missing, throws, adds a source, or needs
+// what nobody has.
 
 #include "corvale/data/data.h"
 #include "corvale/engine/corvale.h"
@@ -22,5 +23,11 @@ extern "C" void corvaleInit(void*)
 extern "C" void corvaleInit(void* handle)
 {
     static_cast<ZR::Corvale::Corvale*>(handle)->createSource("plugged");
+}
+#elif PLUGIN_ENTRY == 3
+extern int missing;
+extern "C" void corvaleInit(void*)
+{
+    missing = 1;
 }
 #endif

@@ -105,6 +105,8 @@ TEST_F(ProgramFileTest, APlugInIsEnteredOnceAndAlwaysGivesFalse)
     const std::string throwing = PLUGIN_FOLDER "/plugin_throwing.so";
     const std::string adding = PLUGIN_FOLDER "/plugin_adding.so";
     refused(without, R"(loadProgramFromFile("@"): corvaleInit(void* Corvale) not found in "@".)");
+    refused(PLUGIN_FOLDER "/plugin_unresolved.so",
+            R"(loadProgramFromFile("@"): error when performing dynamic loading.)");
     refused(throwing, "loadProgramFromFile(@): impossible to perform loading.");
     log.clear();
     EXPECT_FALSE(engine.loadProgramFromFile(adding));
