@@ -6,6 +6,7 @@
 
 #include <fstream>
 #include <iterator>
+#include <limits>
 
 namespace cli {
 
@@ -23,7 +24,10 @@ bool isCutOff(const std::string& bytes)
 
 cv::Mat read(const std::string& file)
 {
-    std::ifstream stream(file, std::ios::binary);
+    std::ifstream stream(file, std::ios::binary | std::ios::ate);
+    if (stream.tellg() > std::numeric_limits<int>::max()) // what a decoder takes
+        throw Failure("the picture \"" + file + "\" has more than 2 GiB; feed a smaller one");
+    stream.seekg(0);
     const std::string bytes((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
     if (isCutOff(bytes))
         throw Failure("the picture \"" + file + "\" is cut off; copy it again");
