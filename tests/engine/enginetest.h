@@ -59,6 +59,19 @@ struct FunctionFilter : UserFilter
     const Function function;
 };
 
+/// Counts its computations in each place where it stands.
+struct Count : FunctionFilter
+{
+    Count() : FunctionFilter("Count", [this](Value) { return count(); }) {}
+    bool hasLocalData() override { return true; }
+    Value count()
+    {
+        const Value before = getLocalData();
+        setLocalData(value((before ? int(*before) : 0) + 1));
+        return getLocalData();
+    }
+};
+
 /// Waits for what other threads bring about; false if it does not come for a very long time.
 inline bool comesTrue(const std::function<bool()>& condition)
 {

@@ -10,19 +10,6 @@ using testing::EndsWith;
 
 namespace {
 
-// Counts its computations in each place where it stands.
-struct Count : FunctionFilter
-{
-    Count() : FunctionFilter("Count", [this](Value) { return count(); }) {}
-    bool hasLocalData() override { return true; }
-    Value count()
-    {
-        const Value before = getLocalData();
-        setLocalData(value((before ? int(*before) : 0) + 1));
-        return getLocalData();
-    }
-};
-
 struct ProcessTest : EngineTest
 {
     ProcessTest() { engine.createFilter(boost::make_shared<Count>()); }
@@ -55,81 +42,6 @@ TEST_F(ProcessTest, AnInputIsASourceThenALiteralThenAFilter)
     EXPECT_EQ(faults(), 0u);
 }
 
-TEST_F(ProcessTest, GeneratedNamesCountOnFromInputsToOutputs)
-{
-    Corvale::PairList inputs;
-    Corvale::PairList outputs;
-    for (const char digit : std::string("12345678")) {
-        inputs.emplace_back(std::string("in") + digit, digit == '8' ? "s" : std::string(1, digit));
-        outputs.emplace_back(std::string("out") + digit, "all");
-    }
-    outputs.emplace_back("out2", "one");
-    ASSERT_TRUE(make(engine, "q", "Mandatory8", inputs, outputs));
-    EXPECT_EQ(engine.getProcessSources("q").size(), 8u);
-    EXPECT_EQ(joined(engine.getProcessSinks("q")).substr(0, 29), "___Anonymous10 ___Anonymous11");
-    EXPECT_EQ(joined(engine.getProcessAggregatedSinks("q")), "all");
-    EXPECT_EQ(get("q:one"), "2");
-    EXPECT_EQ(get("q:all"), "{4;5;6;7;1;1;2;3}") << "names 7 to 14 in byte order";
-}
-
-TEST_F(ProcessTest, LocalSourcesAndPulsesBelongToTheProcess)
-{
-    ASSERT_TRUE(make(engine, "p", "Mandatory3", {{"in1", "this:x"}, {"in2", "this:z"}, {"in3", "s"}},
-                     {{"out1", "x"}, {"out2", "z"}, {"out3", "s"}}, {},
-                     {{"source", "x"}, {"pulse", "y"}, {"pulse", "z[3]"}, {"source", "s"}}));
-    EXPECT_THAT(engine.getSources(), ElementsAre("s"));
-    EXPECT_EQ(joined(engine.getProcessSources("p")), "s x y z");
-    EXPECT_EQ(get("p:x"), "null");
-    EXPECT_EQ(text(engine.getSourceData("p:z")), "3");
-    engine.setData("p:x", value(8));
-    engine.setData("p:z", value(9));
-    EXPECT_EQ(get("p:x"), "8");
-    EXPECT_EQ(text(engine.getLastData("p:z")) + text(engine.getLastData("p:s")), "91");
-    EXPECT_EQ(get("p:z"), "3") << "the pulse is over";
-}
-
-TEST_F(ProcessTest, ATakenNameDropsANewProcessAndARenamedOneTakesItOver)
-{
-    pass(engine, "a", "s", "Count");
-    pass(engine, "b", "s");
-    pass(engine, "reader", "a:out");
-    log.clear();
-    EXPECT_TRUE(make(engine, "b", "Duplicate", {{"in", "s"}}, {{"left", "l"}}, {}, {}, 7, 2.5f));
-    EXPECT_THAT(log.messages(), ElementsAre(R"(new corvale process: "b" priority: 7 frequency: 2.5)"));
-    EXPECT_THAT(engine.getProcessSinks("b"), ElementsAre("out"));
-    EXPECT_EQ(jobs(), "a b reader");
-    EXPECT_EQ(get("a:out"), "1");
-    EXPECT_TRUE(engine.renameProcess("a", "a")) << "onto itself";
-    EXPECT_TRUE(engine.renameProcess("a", "b"));
-    EXPECT_THAT(engine.getProcesses(), ElementsAre("b", "reader"));
-    EXPECT_EQ(jobs(), "b b reader") << "the schedule holds processes, not names";
-    engine.setData("s", value(2));
-    EXPECT_EQ(get("b:out"), "1") << "its filters' memory stood under the former name";
-    EXPECT_EQ(get("reader:out"), "1");
-    engine.disableProcess("b");
-    EXPECT_FALSE(engine.isProcessZombie("b")) << "readers know it by the name that it had";
-    EXPECT_TRUE(engine.deleteProcess("b"));
-    EXPECT_EQ(faults(), 0u);
-}
-
-TEST_F(ProcessTest, ADeletedProcessServesItsReadersUnderBothTheirInputs)
-{
-    pass(engine, "p", "s", "Count");
-    ASSERT_TRUE(make(engine, "reader", "Mandatory2", {{"in1", "p:out"}, {"in2", "p:out"}},
-                     {{"out1", "a"}, {"out2", "a"}}));
-    EXPECT_THAT(engine.getProcessSources("reader"), ElementsAre("p:out"));
-    EXPECT_EQ(get("reader:a"), "{1;1}");
-    log.clear();
-    EXPECT_TRUE(engine.deleteProcess("p"));
-    EXPECT_THAT(log.messages(rk::log::Verbose), ElementsAre(R"(Delete process "p".)"));
-    EXPECT_EQ(jobs(), "reader");
-    for (const char* counts : {"{1;1}", "{2;2}"}) { // its filters' memory went with its name
-        engine.setData("s", value(2));
-        EXPECT_EQ(get("reader:a"), counts);
-    }
-    EXPECT_EQ(faults(), 0u);
-}
-
 // On a thread of little stack, each call computes as far up the row as the stack reaches.
 TEST_F(ProcessTest, ARowOfReadersDeeperThanTheStackGivesLastValues)
 {
@@ -155,61 +67,10 @@ TEST_F(ProcessTest, ARowOfReadersDeeperThanTheStackGivesLastValues)
     boost::thread(little, [this] { engine.deleteProcess("p499"); }).join(); // which held all the others
 }
 
-TEST_F(ProcessTest, ADisabledProcessRunsOnWhileAnActiveOneReadsIt)
-{
-    const auto zombies = [this] {
-        std::string names;
-        for (const std::string& name : engine.getProcesses())
-            names += engine.isProcessZombie(name) ? name : "";
-        return names;
-    };
-    pass(engine, "c", "s"); // a reads b reads c, and so does d
-    pass(engine, "b", "c:out");
-    pass(engine, "a", "b:out");
-    pass(engine, "d", "b:out");
-    const std::tuple<char, const char*, const char*, const char*> steps[] = {
-        {'-', "c", "c", "a b c d"}, {'-', "b", "bc", "a b c d"}, {'-', "a", "bc", "b c d"},
-        {'-', "d", "", ""},         {'+', "b", "c", "b c"},      {'+', "d", "c", "b c d"},
-        {'-', "b", "bc", "b c d"},  {'+', "c", "b", "b c d"}};
-    for (const auto& [change, name, expected, scheduled] : steps) {
-        EXPECT_TRUE(change == '+' ? engine.enableProcess(name) : engine.disableProcess(name));
-        EXPECT_EQ(engine.isProcessEnable(name), change == '+');
-        EXPECT_EQ(zombies(), expected) << change << name;
-        EXPECT_EQ(jobs(), scheduled) << change << name;
-    }
-    EXPECT_EQ(get("d:out") + get("b:out") + get("a:out"), "11null") << "a zombie shows its values";
-    engine.deleteProcess("d");
-    EXPECT_EQ(zombies(), "");
-    pass(engine, "e", "b:out");
-    EXPECT_EQ(zombies() + jobs(), "bb c e") << "a new reader";
-    engine.renameProcess("a", "b");
-    EXPECT_EQ(zombies() + jobs(), "b c e") << "nothing looks at the connections";
-    pass(engine, "f", "s");
-    EXPECT_EQ(zombies() + jobs(), "bb c e f") << "readers read who bears the name";
-}
-
 TEST_F(ProcessTest, EachLambdaHasAMemoryOfItsOwn)
 {
     for (int i = 0; i < 100; ++i) // whose nodes come to lie where others lay
         EXPECT_EQ(text(engine.createLambda("Count")->apply({value(1)}).at(0)), "1");
-}
-
-TEST_F(ProcessTest, AResetForgetsThePeriodAndRatesAreCut)
-{
-    make(engine, "p", "Count", {{"in", "s"}}, {{"out", "out"}}, {}, {}, 3, 0.001f);
-    EXPECT_EQ(get("p:out"), "1");
-    engine.setData("s", value(2));
-    EXPECT_EQ(get("p:out"), "1") << "the period is not over";
-    EXPECT_TRUE(engine.resetProcess("p"));
-    EXPECT_EQ(text(engine.getLastData("p:out")), "null");
-    engine.setProcessPriority("p", 100);
-    EXPECT_EQ(engine.getProcessPriority("p"), 8u);
-    engine.setProcessPriority("p", 0);
-    EXPECT_EQ(jobs() + get("p:out"), "1") << "computed anew by the host, counting from the start";
-    engine.setProcessFrequency("p", -3.0f);
-    EXPECT_EQ(engine.getProcessFrequency("p"), 0.0f);
-    engine.resetProcess("p");
-    EXPECT_EQ(get("p:out"), "null") << "it stands still";
 }
 
 TEST_F(ProcessTest, EventsCallBackWithEachValueOfTheirSink)
