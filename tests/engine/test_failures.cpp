@@ -68,32 +68,6 @@ TEST_F(FailureTest, OfDataAndEvents)
     EXPECT_EQ(get("p:out"), "7");
 }
 
-TEST_F(FailureTest, OfSources)
-{
-    refused("sources.txt",
-            std::tuple{engine.createSource("s"), engine.createSource("a"), engine.createSourceAlias("b", "a"),
-                       engine.createSourceAlias("s", "x"), engine.createSourceAlias("s", "s"),
-                       engine.createSourceAlias("a", "s"), engine.renameSourceAlias("x", "s"),
-                       engine.renameSourceAlias("a", "a"), engine.renameSourceAlias("s", "y"),
-                       engine.retargetSourceAlias("x", "s"), engine.retargetSourceAlias("a", "a"),
-                       engine.deleteSource("x"), engine.createSourceFromProcessSink("a", "x"),
-                       engine.createSourceFromProcessSink("n", "p"),
-                       engine.createSourceFromProcessSink("n", "x:y"),
-                       engine.createSourceFromProcessSink("n", "p:x")});
-}
-
-TEST_F(FailureTest, OfProcessesByName)
-{
-    refused("processes.txt",
-            std::tuple{engine.isProcessEnable("x"), engine.isProcessZombie("x"), engine.resetProcess("x"),
-                       engine.renameProcess("x", "p"), engine.deleteProcess("x"), engine.enableProcess("x"),
-                       engine.disableProcess("x"), engine.getProcessPriority("x"),
-                       engine.setProcessPriority("x", 1), engine.getProcessFrequency("x"),
-                       engine.setProcessFrequency("x", 1), engine.getProcessDescription("x"),
-                       engine.setProcessDescription("x", ""), engine.getProcessSources("x"),
-                       engine.getProcessSinks("x"), engine.getProcessAggregatedSinks("x")});
-}
-
 TEST_F(FailureTest, OfFilters)
 {
     EXPECT_FALSE(engine.deleteFilter("x"));

@@ -17,16 +17,8 @@ struct ProcessTest : EngineTest
 
 } // namespace
 
-TEST_F(ProcessTest, AnInputIsASourceThenALiteralThenAFilter)
+TEST_F(ProcessTest, AnInputIsASourceBeforeItIsALiteralOrAFilter)
 {
-    const std::pair<const char*, const char*> rows[] = {
-        {"true", "True"}, {"1", "1"},           {"-1", "-1"},       {"", "0"},
-        {"1.5", "1.5f"},  {"infinity", "inff"}, {"\"a;b\"", "a;b"}, {"null", "null"}};
-    for (const auto& [expression, shown] : rows) {
-        ASSERT_TRUE(pass(engine, "p", expression)) << expression;
-        EXPECT_EQ(get("p:out"), shown) << expression;
-        engine.deleteProcess("p");
-    }
     for (const std::string name : {"true", "null", "Identity"}) {
         engine.createSource(name);
         engine.setData(name, value(name + "!"));

@@ -65,38 +65,6 @@ TEST_F(ProgramTest, EveryRefusalHasItsLineAndEndsTheProgram)
     EXPECT_THAT(engine.getSources(), ElementsAre("a")) << "by a row of the table";
 }
 
-TEST_F(ProgramTest, AFailedDeleteOrImportOnlyWarns)
-{
-    EXPECT_TRUE(engine.loadProgram("delete source { a } delete filter { b } delete process { c }"
-                                   "import file { missing.fgs } delete filter { Add } source last { 1 }"));
-    EXPECT_THAT(log.messages(rk::log::Warning),
-                ElementsAre("Can't delete source: a", "Can't delete filter: b", "Can't delete process: c"));
-    EXPECT_EQ(log.records().at(1).function, "loadProgram");
-    EXPECT_FALSE(engine.isFilter("Add"));
-    EXPECT_THAT(engine.getSources(), ElementsAre("last"));
-}
-
-TEST_F(ProgramTest, FiltersAndProcessesBecomeRunningGraphs)
-{
-    ASSERT_TRUE(engine.loadProgram(R"(
-        source level { 128 }
-        filter Chain { Identity a; Identity b; Identity c; a -> b -> c; a <= in; c => out }
-        filter Pair { Chain c; Duplicate d; d:left => first; c -> d:in; c <= value; d:right => second }
-        filter Gate { Dispatch x; x:in[7] <= value; x:state <= open; x:ontrue => pass }
-        process pair(Pair) { <= level; first => all; second => all; ; }
-        process gate(Gate, 2, 10.0) { open <= this:tick; pulse tick[true]; source spare; pass => result;
-                                      pair:___Anonymous0 ~> self }
-        process after(Gate, -1) { value <= 1.5; open <= true; pass => result; result ~> gate })"));
-    EXPECT_THAT(log.messages(rk::log::Error),
-                ElementsAre("createProcess(\"pair(Pair), body): invalid declaration \"\""));
-    EXPECT_EQ(int(*engine.getData("gate:result")), 7);
-    EXPECT_EQ(float(*engine.getData("after:result")), 1.5f);
-    EXPECT_EQ(engine.getData("pair:all")->getType(), DataType::Array);
-    EXPECT_THAT(engine.getProcessSources("gate"), ElementsAre("spare", "tick"));
-    EXPECT_EQ(engine.getProcessPriority("pair") * 100 + engine.getProcessPriority("after"), 308u);
-    EXPECT_EQ(engine.getProcessFrequency("pair") + engine.getProcessFrequency("gate"), 11.0f);
-}
-
 TEST_F(ProgramTest, LongAndDeepTextsNeitherRecurseNorGrowQuadratic)
 {
     std::string deep(3000000, '('), chain = "filter f { a";
