@@ -88,7 +88,8 @@ const std::map<std::string, std::string (*)(Corvale&, const std::string&, const 
 // with another engine.
 TEST(Scripts, GiveTheirResults)
 {
-    for (const std::string script : {"sources.txt", "processes.txt", "failures.txt", "programs.txt"}) {
+    for (const std::string script :
+         {"sources.txt", "processes.txt", "failures.txt", "programs.txt", "schedules.txt"}) {
         std::ifstream file(SCRIPTS + script);
         std::unique_ptr<Session> session;
         int number = 0;
