@@ -155,7 +155,7 @@ void expectLabels(const boost::shared_ptr<Data>& actual, const cv::Mat& expected
 std::vector<cv::Mat> pictures()
 {
     std::vector<cv::Mat> result;
-    for (const cv::Size size : {cv::Size(1, 1), {9, 1}, {1, 7}, {33, 17}, {70, 50}})
+    for (const cv::Size size : {cv::Size(1, 1), {9, 1}, {1, 7}, {65, 17}, {70, 50}})
         for (const bool part : {false, true}) {
             const cv::Mat noise = Shape{size, part}.random(CV_8UC1);
             cv::Mat smooth;

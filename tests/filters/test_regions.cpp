@@ -89,6 +89,7 @@ TEST(LabelFilters, EqualTheLiteralEvaluation)
             for (const int labels : {2, 5, shape.size.area() + 2})
                 expectLiteralRegions(run, randomLabels(shape, length, labels));
     });
+    expectLiteralRegions(run, randomLabels(Shape{{65, 3}, false}, 3, 5));  // a word of one pixel
     expectLiteralRegions(run, cv::Mat(331, 601, CV_32SC1, cv::Scalar(3))); // float sums that are rounded
     EXPECT_EQ(run.log.count(), 0u);
     for (const cv::Size size : {cv::Size(65536, 1), cv::Size(1, 65536)}) {
