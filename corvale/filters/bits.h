@@ -67,8 +67,9 @@ CORVALE_AVX512 inline BitWord packed(Instructions<InstructionSet::Avx512>, const
 }
 #endif
 
-/// A word of `size` bits, which tell whether `flag(place)` holds for the places from `begin` on. `flag` is a
-/// plain function that the compiler can vectorise. It may be asked for places in front, but not below 0.
+/// A word of `size` bits, at least one, which tell whether `flag(place)` holds for the places from `begin`
+/// on. `flag` is a plain function that the compiler can vectorise. It may be asked for places in front, but
+/// not below 0.
 template <typename Instructions, typename Flag>
 BitWord bitsOf(Instructions instructions, int begin, int size, const Flag& flag)
 {

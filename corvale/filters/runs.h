@@ -30,8 +30,8 @@ void forEachRunWord(Instructions instructions, const Component* row, int width, 
     for (int first = 0; first < width; first += WordBits) {
         const int left = width - first;
         const BitWord on = bitsOf(instructions, first, std::min(WordBits, left), isOn);
-        BitWord next = ~BitWord{0}; // whether a pixel and the next part
-        if (on != 0) {
+        BitWord next = ~BitWord{0}; // whether a pixel and the next part, as the last pixel and none do
+        if (on != 0 && left > 1) {
             next = bitsOf(instructions, first + 1, std::min(WordBits, left - 1), partsAt);
             if (left <= WordBits)
                 next |= BitWord{1} << (left - 1);

@@ -41,7 +41,7 @@ struct Shape
 template <typename Test>
 void forEachShape(Test test)
 {
-    const cv::Size sizes[] = {{0, 0}, {1, 1}, {2, 1}, {1, 5}, {7, 3}, {33, 2}, {67, 5}, {130, 3}};
+    const cv::Size sizes[] = {{0, 0}, {1, 1}, {2, 1}, {1, 5}, {7, 3}, {34, 2}, {65, 5}, {130, 3}};
     for (const cv::Size& size : sizes)
         for (const bool part : {false, true}) {
             SCOPED_TRACE(testing::Message() << size << (part ? " as a part" : ""));
