@@ -182,7 +182,7 @@ TEST(Labelize, EqualsTheLiteralEvaluation)
                          literalLabels(distances, tolerance));
     }
     for (int i = 0; i < 40; ++i) { // at this density one in five winds so that a step is forgotten
-        const cv::Mat winding = Shape{{200, 140}, false}.random(CV_8UC1) < 160;
+        const cv::Mat winding = Shape{{192, 140}, false}.random(CV_8UC1) < 160;
         expectLabels(run.only("Labelize", {imageOf(Binary, winding), nullptr}), literalLabels(winding, 0));
     }
     EXPECT_TRUE(run("Labelize", {imageOf(Gray, cv::Mat()), nullptr}).empty());
