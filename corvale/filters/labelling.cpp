@@ -28,7 +28,7 @@ struct Near
     }
 };
 
-constexpr std::size_t KeptStretches = 4'000'000; // more than there are in 1920 x 1080 pixels
+constexpr std::size_t KeptBytes = 20'000'000; // more than 1920 x 1080 pixels need
 
 } // namespace
 
@@ -251,7 +251,7 @@ cv::Mat Labelling::unifyLabels()
         _labels[stretch] = _equivalences[_labels[stretch]];
     cv::Mat labels = newMatrix(_size, CV_32SC1);
     spreadRuns(rowAbove(1), _labels.data(), labels);
-    if (_labels.capacity() > KeptStretches)
+    if (_labels.capacity() * sizeof(int) + _words.capacity() * sizeof(RunWord) > KeptBytes)
         *this = Labelling();
     return labels;
 }
