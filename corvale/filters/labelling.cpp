@@ -87,7 +87,7 @@ public:
     RowScan(Labelling& labelling, int y)
         : _labelling(labelling),
           _wordsAbove(labelling.rowAbove(y)),
-          _words(labelling.rowAbove(y + 1)),
+          _words(labelling.rowAt(y)),
           _runs(labelling._runs.data()),
           _touches(labelling._touches.data()),
           _labels(labelling._labels.data()),
@@ -99,12 +99,13 @@ public:
 
     void run()
     {
-        const int* labelsAbove = _labels + _labelling._aboveFirst - 1; // where the pixels in front end
+        const int* labelsAbove = _labels + _labelling._aboveFirst - 1; // of the last stretch in front
         BitWord touching = 0; // whether the last pixel in front belongs with the one above it
         for (std::size_t w = 0; w < _labelling._wordsPerRow; ++w) {
             const BitWord touches = _touches[w];
             const BitWord runs = _runs[w];
             const BitWord beginsAbove = _wordsAbove[w].begins;
+            // where the run goes on and comes to a stretch above: from beside one, or from another
             const BitWord met = touches & ~runs & (~(touches << 1 | touching) | beginsAbove);
             for (BitWord events = runs | met; events != 0; events &= events - 1) {
                 const BitWord upToEvent = events ^ (events - 1);
@@ -124,7 +125,8 @@ public:
 
 private:
     // These two tell whether the next pixel of the stretch would find the table as this one leaves it, as all
-    // that follow would. They go without branches: no processor could predict which way.
+    // that follow would. They go without branches: no processor could predict which way. So an entry
+    // is written whether it is to count or not; `makeRoom` sees to the room.
 
     bool begin(int touching, int labelAbove)
     {
@@ -188,7 +190,7 @@ void Labelling::scanRows(const cv::Mat& image, const Belonging& belonging)
         const Component* row = image.ptr<Component>(y);
         makeRoom();
         const std::size_t first = _stretchCount;
-        runForInstructions(lookAtRow, this, row, above, belonging, rowAbove(y + 1));
+        runForInstructions(lookAtRow, this, row, above, belonging, rowAt(y));
         runVectorised<InstructionSet::Avx2>(scanRow, this, y);
         _aboveFirst = first;
         above = row;
@@ -250,7 +252,7 @@ cv::Mat Labelling::unifyLabels()
     for (std::size_t stretch = 1; stretch < _stretchCount; ++stretch)
         _labels[stretch] = _equivalences[_labels[stretch]];
     cv::Mat labels = newMatrix(_size, CV_32SC1);
-    spreadRuns(rowAbove(1), _labels.data(), labels);
+    spreadRuns(rowAt(0), _labels.data(), labels);
     if (_labels.capacity() * sizeof(int) + _words.capacity() * sizeof(RunWord) > KeptBytes)
         *this = Labelling();
     return labels;

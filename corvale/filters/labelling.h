@@ -45,8 +45,8 @@ private:
     // next stretch of it begins.
     class RowScan;
 
-    const RunWord* rowAbove(int y) const { return _words.data() + y * _wordsPerRow; }
     RunWord* rowAbove(int y) { return _words.data() + y * _wordsPerRow; }
+    RunWord* rowAt(int y) { return rowAbove(y) + _wordsPerRow; }
 
     template <typename Component, typename Belonging>
     void scanRows(const cv::Mat& image, const Belonging& belonging);

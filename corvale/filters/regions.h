@@ -51,7 +51,7 @@ void forEachLabelRun(const cv::Mat& labels, const Visitor& visit, RunWord* words
     }
 }
 
-/// Finds it out.
+/// What is found out about each region of the image.
 template <typename Region>
 LabelTable<Region> measureRegions(const cv::Mat& labels)
 {

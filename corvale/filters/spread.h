@@ -52,11 +52,12 @@ CORVALE_AVX2 inline void spread(Instructions<InstructionSet::Avx2>, BitWord on, 
         const BitWord begun = begins >> i & 0xff;
         const __m128i numbers =
             _mm_loadl_epi64(reinterpret_cast<const __m128i*>(runNumbers[begun >> 1].data()));
+        // from the value of the first pixel on
         const __m256i known = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(values + (begun & 1)));
-        const __m256i spread = _mm256_permutevar8x32_epi32(known, _mm256_cvtepu8_epi32(numbers));
+        const __m256i spreadOut = _mm256_permutevar8x32_epi32(known, _mm256_cvtepu8_epi32(numbers));
         const __m256i bits = _mm256_and_si256(_mm256_set1_epi32(static_cast<int>(on >> i & 0xff)), ownBit);
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(pixels + i),
-                            _mm256_and_si256(spread, _mm256_cmpeq_epi32(bits, ownBit)));
+                            _mm256_and_si256(spreadOut, _mm256_cmpeq_epi32(bits, ownBit)));
         values += countBits(begun);
     }
 }

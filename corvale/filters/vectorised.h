@@ -19,7 +19,8 @@ InstructionSet instructionSet();
 template <InstructionSet Set>
 using Instructions = std::integral_constant<InstructionSet, Set>;
 
-// What the sets consist of. The byte permutations of VBMI take colours apart twice as fast as those before.
+// What the sets consist of. The byte permutations of VBMI take colours apart twice as fast as those before;
+// VPOPCNTDQ counts for 16 pixels at once how many runs begin in front of them.
 #if defined(__GNUC__) && defined(__x86_64__)
 #define CORVALE_AVX2 __attribute__((target("avx2,popcnt")))
 #define CORVALE_AVX512 __attribute__((target("avx512vbmi,avx512vpopcntdq,popcnt")))
