@@ -73,7 +73,7 @@ CORVALE_AVX512 inline BitWord packed(Instructions<InstructionSet::Avx512>, const
 template <typename Instructions, typename Flag>
 BitWord bitsOf(Instructions instructions, int begin, int size, const Flag& flag)
 {
-    if (size > 0 && size < WordBits && begin + size > WordBits) // whole words are faster
+    if (size < WordBits && begin + size > WordBits) // whole words are faster
         return bitsOf(instructions, begin + size - WordBits, WordBits, flag) >> (WordBits - size);
     Flags flags = {};
     if (size == WordBits)
