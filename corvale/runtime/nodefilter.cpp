@@ -3,11 +3,13 @@
 #include "corvale/data/data.h"
 #include "corvale/filter/dotcluster.h"
 #include "corvale/filter/filter.h"
+#include "corvale/runtime/flattable.h"
 #include "corvale/runtime/port.h"
 #include "rk/log.h"
 
 #include <boost/make_shared.hpp>
 
+#include <cstdint>
 #include <sstream>
 
 namespace ZR::Corvale {
@@ -20,10 +22,12 @@ const char* const noFilter = "Filter node doesn't own a filter !";
 const char* const noPort = "No output port specified";
 const char* const cyclicGraph = "The graph has a cycle through this node.";
 
+// Texts that differ in two of their last characters alone often have one hash, as those of addresses that lie
+// near one another would. Behind the digits of the address stand others, which differ from the first one on.
 std::string addressId(const void* address)
 {
     std::ostringstream text;
-    text << "__" << address;
+    text << "__" << address << std::hex << mixed(reinterpret_cast<std::uintptr_t>(address));
     return text.str();
 }
 

@@ -61,7 +61,7 @@ private:
     void _fault(const char* operation, const StringHash& processHash, const std::string& text) const;
 
     const boost::shared_ptr<Filter> _filter;
-    const std::string _uniqueId; // "__" and this node's address; stands in scope texts alone
+    const std::string _uniqueId; // "__" and digits of this node's address; stands in scope texts alone
 };
 
 } // namespace ZR::Corvale

@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <sstream>
+
 using namespace support;
 
 namespace {
@@ -45,6 +48,29 @@ TEST_F(Composite, ComputesEachReachableNodeOnceHoweverOftenItIsExported)
     EXPECT_EQ(graph.run(), "passed=1 same=8 sum=8 ");
     EXPECT_EQ(trace.take(),
               "Pass enter 3, Add enter 2, Pass apply 5, Add apply 3, Add leave 3, Pass leave 3, ");
+}
+
+// Two nodes whose addresses alone are told apart by their texts, but not by the hashes of those.
+TEST_F(Composite, KeepsItsPlacesApartWhereverTheirNodesLie)
+{
+    alignas(NodeFilter) static char room[1 << 23];
+    std::map<std::uint64_t, char*> places;
+    std::vector<boost::shared_ptr<NodeFilter>> nodes;
+    const auto end = [](NodeFilter* node) { node->~NodeFilter(); };
+    for (char* place = room; nodes.empty(); place += 64) {
+        ASSERT_LT(place + sizeof(NodeFilter), std::end(room)) << "no such addresses";
+        std::ostringstream text;
+        text << "p__" << static_cast<void*>(place);
+        char* const other = places.emplace(StringHash(text.str())._hash, place).first->second;
+        if (place >= other + sizeof(NodeFilter))
+            nodes = {{new (other) NodeFilter("n", composite), end},
+                     {new (place) NodeFilter("m", composite), end}};
+    }
+    for (const int i : {0, 1}) {
+        nodes[i]->getInput("a")->attach(graph.source("s", number(i))->getOutput(""));
+        graph.sink(std::to_string(i), nodes[i]->getOutput("passed"));
+    }
+    EXPECT_EQ(graph.run(), "0=0 1=1 ");
 }
 
 // Two uses of C inside D, D used twice in one process: four places of each inner node.
