@@ -336,11 +336,12 @@ void Scheduler::_sleep(long long microseconds, std::uint64_t wakesSeen)
         sched_yield();
 }
 
-// Waits awake for a process that was taken early, unless there is something else to do.
+// Waits awake for a process that was taken early, unless there is something else to do. A clock that a host
+// has set may stand still meanwhile, so that only a change ends it.
 void Scheduler::_awaitDue(const Process& process, std::uint64_t wakesSeen)
 {
     const auto left = [&] { return wrappingDifference(process.getDueTime(), currentMicroseconds()); };
-    while (_wakes == wakesSeen && _running && left() > 0 && left() <= shortestSleep)
+    while (_wakes == wakesSeen && !_scheduleChanged && _running && left() > 0 && left() <= shortestSleep)
         sched_yield();
 }
 

@@ -1,4 +1,5 @@
 #include "engine/enginetest.h"
+#include "support/fakeclock.h"
 
 #include <boost/filesystem.hpp>
 #include <boost/weak_ptr.hpp>
@@ -66,6 +67,24 @@ TEST_F(SchedulerTest, AnEventPutsItsProcessNext)
         return order.size() == 4;
     }));
     EXPECT_EQ(order, "dbac") << "d c b a without events";
+}
+
+// It takes a process shortly before its time, which a clock that stands still never lets come.
+TEST_F(SchedulerTest, AWorkerThatWaitsForAProcessLooksAtOneThatIsReset)
+{
+    FakeClock clock;
+    Corvale one(1);
+    const auto computes = [&](const std::string& name) {
+        return comesTrue([&] { return one.getLastData(name + ":out") != nullptr; });
+    };
+    for (const auto& [name, frequency] : {std::pair("often", 1000.0f), {"seldom", 0.001f}})
+        EXPECT_TRUE(make(one, name, "Identity", {{"in", "1"}}, {{"out", "out"}}, {}, {}, 3, frequency) &&
+                    computes(name));
+    clock.now += 980;
+    int times = 0;
+    while (times < 100 && one.resetProcess("seldom") && computes("seldom"))
+        ++times;
+    EXPECT_EQ(times, 100);
 }
 
 TEST_F(SchedulerTest, NoProcessComputesOnTwoThreadsAtOnce)
