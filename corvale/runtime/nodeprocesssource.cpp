@@ -65,6 +65,7 @@ std::uint64_t NodeProcessSource::getUid() const
 void NodeProcessSource::_synchronize(const StringHash& processHash, const StringHash&, long long)
 {
     Shard& shard = _shardOf(processHash);
+    boost::shared_ptr<Data> value; // ends after the lock, should another process of that name have been first
     boost::unique_lock<ShortLock> lock(shard.lock);
     if (Snapshot* snapshot = shard.snapshots.find(processHash._hash)) {
         ++snapshot->count;
@@ -76,8 +77,7 @@ void NodeProcessSource::_synchronize(const StringHash& processHash, const String
     if (isTooDeep)
         RK_LOG(rk::log::Error, category) << getName() << "->_synchronize(" << *processHash._string
                                          << "): too many processes read one another in a row.";
-    boost::shared_ptr<Data> value =
-        isTooDeep ? _process->getLastData(_sinkName) : _process->getData(_sinkName);
+    value = isTooDeep ? _process->getLastData(_sinkName) : _process->getData(_sinkName);
     lock.lock();
     const auto [snapshot, first] = shard.snapshots.insert(processHash._hash);
     if (first)

@@ -13,9 +13,10 @@ NodePulse::~NodePulse() = default;
 
 void NodePulse::setDefaultData(boost::shared_ptr<Data> value)
 {
+    boost::shared_ptr<Data> present = value; // the former values end after the lock
     const boost::lock_guard<ShortLock> guard(_sourceLock);
-    _defaultData = value;
-    _data = value;
+    _defaultData.swap(value);
+    _data.swap(present);
 }
 
 boost::shared_ptr<Data> NodePulse::getDefaultData() const

@@ -179,8 +179,9 @@ void Port::unloadData(std::vector<boost::shared_ptr<Port>>& ports, const StringH
 
 void Port::_load(const boost::shared_ptr<Data>& value, const StringHash& scopeHash) const
 {
+    boost::shared_ptr<Data> loaded = value; // then the former one, which ends after the lock
     const boost::lock_guard<ShortLock> lock(_loadedDataLock);
-    *_loadedData.insert(scopeHash._hash).first = value;
+    _loadedData.insert(scopeHash._hash).first->swap(loaded);
     _loadedCount.store(static_cast<std::uint32_t>(_loadedData.size()), std::memory_order_release);
 }
 
