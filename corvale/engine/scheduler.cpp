@@ -323,7 +323,8 @@ void Scheduler::_sleep(long long microseconds, std::uint64_t wakesSeen)
 {
     using Clock = boost::chrono::steady_clock;
     const auto isOver = [&] { return _wakes != wakesSeen || !_running; };
-    const long long early = microseconds >= longSleep ? shortestSleep : 0;
+    const bool isForProcess = microseconds < longestSleep; // else for the next look at all
+    const long long early = isForProcess && microseconds >= longSleep ? shortestSleep : 0;
     const Clock::time_point end = Clock::now() + Microseconds(microseconds - early);
     if (microseconds >= shortestSleep) {
         const long long ahead = microseconds >= 500 ? std::min<long long>(_lateness, microseconds / 16) : 0;
