@@ -18,17 +18,6 @@ ScopeState& ScopeTable::enter(const StringHash& scope)
     return state;
 }
 
-bool ScopeTable::leave(const StringHash& scope)
-{
-    const boost::lock_guard<ShortLock> guard(_lock);
-    ScopeState** known = _index.find(scope._hash);
-    if (!known || (*known)->synchronizeCount == 0)
-        return false;
-    if (--(*known)->synchronizeCount == 0)
-        (*known)->active.store(false, std::memory_order_release);
-    return true;
-}
-
 ScopeState& ScopeTable::_acquire(const StringHash& scope)
 {
     ScopeState** known = _index.find(scope._hash);

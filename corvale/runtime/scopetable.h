@@ -19,9 +19,9 @@ namespace ZR::Corvale {
 /// the scope that it derived and the room of its vectors, and the next computation allocates nothing.
 /// Once a few dozen states rest, they are given to other scopes: the table stays as small as the
 /// number of scopes that are active at once.
-/// Threads: thread-safe. Where a scope is active in one thread at a time, that thread finds and rests its
-/// state without the lock, as long as no other scope came to the node after it; taking a state out of
-/// rest needs the lock. The address of an active state holds.
+/// Threads: thread-safe. A scope is active in one thread at a time, which finds and rests its state without
+/// the lock, as long as no other scope came to the node after it; taking a state out of rest needs the lock.
+/// The address of an active state holds.
 class ScopeTable
 {
 public:
@@ -29,9 +29,6 @@ public:
     ScopeState& acquire(const StringHash& scope);
     /// The same, with one registration more.
     ScopeState& enter(const StringHash& scope);
-    /// Takes one registration back from a scope, which may be active in several threads, and rests its
-    /// state with the last one. False if there is none.
-    bool leave(const StringHash& scope);
 
     // For the one thread of a scope.
 
