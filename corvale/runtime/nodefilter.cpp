@@ -175,8 +175,14 @@ void NodeFilter::requestEmpty(const StringHash& processHash, const StringHash& s
 
 void NodeFilter::clearValues()
 {
-    std::vector<std::vector<boost::shared_ptr<Data>>> dropped; // ends without the lock
-    _scopes.forEachActive([&](ScopeState& state) { dropped.push_back(std::move(state.results)); });
+    std::vector<boost::shared_ptr<Data>> dropped; // ends without the lock; nothing here may need memory
+    do {
+        dropped.clear();
+        _scopes.forEachActive([&](ScopeState& state) {
+            if (dropped.empty())
+                dropped.swap(state.results);
+        });
+    } while (!dropped.empty());
 }
 
 void NodeFilter::forget(const StringHash& processHash, const StringHash& scopeHash)

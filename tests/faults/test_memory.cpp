@@ -186,7 +186,16 @@ TEST(WithoutMemory, BuildingComputingAndStartingLeaveTheEngineUsable)
     withoutMemory(
         true, [](Host& host) { return host.compute(7) && host.compute(8); }, check);
     withoutMemory(
-        false, [](Host&) { return Corvale(2).stopScheduler(); }, [](Host&, bool) {});
+        false,
+        [](Host&) {
+            Corvale faulty(2); // two links to one input: what they give is left to the end of the engine
+            return faulty.stopScheduler() &&
+                   faulty.loadProgram(
+                       "filter F { Duplicate d; Identity c; d:left -> c; d:right -> c; d <= in;"
+                       "c => out; d:left => left } process p(F) { <= 1; out => o; left => l }") &&
+                   faulty.getData("p:l");
+        },
+        [](Host&, bool) {});
     std::cout << failures << " allocations have failed\n";
 }
 
