@@ -1,6 +1,13 @@
+#include "corvale/data/datalambda.h"
 #include "engine/enginetest.h"
+#include "rk/path.h"
 
+#include <boost/algorithm/string/replace.hpp>
+#include <boost/filesystem.hpp>
+
+#include <algorithm>
 #include <fstream>
+#include <iomanip>
 #include <map>
 #include <sstream>
 
@@ -8,10 +15,30 @@ using namespace support;
 
 namespace {
 
+namespace fs = boost::filesystem;
+
 struct Session : EngineTest
 {
-    Session() { engine.createFilter(boost::make_shared<Count>()); }
+    Session()
+    {
+        engine.createFilter(boost::make_shared<Count>());
+        rk::path::addDataPath(folder.string());
+    }
+    ~Session() override { fs::remove_all(folder); }
     void TestBody() override {}
+
+    // What has been logged, each line with its function, and with what sets it apart from an engine's error.
+    std::string logged() const
+    {
+        std::string lines;
+        for (const rk::log::Record& record : log.records())
+            lines += (lines.empty() ? "" : " / ") + record.function +
+                     (record.category.find("corvale.private") == 0 ? "" : ", " + record.category) +
+                     (record.level == rk::log::Warning ? " (warning): " : ": ") + record.message;
+        return boost::algorithm::replace_all_copy(lines, "\n", "\\n");
+    }
+
+    const fs::path folder = fs::temp_directory_path() / fs::unique_path();
 };
 
 template <typename Result>
@@ -25,6 +52,8 @@ std::string shown(const Result& result)
         return text(result);
     else if constexpr (std::is_arithmetic_v<Result>)
         return Data(result).toString();
+    else if constexpr (std::is_same_v<Result, boost::shared_ptr<Type::Lambda>>)
+        return result ? "function" : "null";
     else
         return joined(result);
 }
@@ -65,6 +94,28 @@ std::string count(Corvale& engine, const std::string& name, const std::string& r
 {
     return shown(support::pass(engine, name, rest, "Count"));
 }
+std::string createEvent(Corvale& engine, const std::string& name, const std::string&)
+{
+    return shown(engine.createEvent(name, {}));
+}
+std::string classify(Corvale& engine, const std::string& name, const std::string& rest)
+{
+    const auto type = ClassificationType(rest[0] - '0');
+    return shown(engine.createClassificationFilter(name, type, rest.substr(2)));
+}
+// The filters that a new engine lacks, or this one has lost.
+std::string filters(Corvale& engine, const std::string&, const std::string&)
+{
+    const auto own = engine.getFilters(), all = Corvale(0).getFilters();
+    std::vector<std::string> names;
+    std::set_symmetric_difference(own.begin(), own.end(), all.begin(), all.end(), std::back_inserter(names));
+    return joined(names);
+}
+std::string write(Corvale&, const std::string& path, const std::string& text)
+{
+    fs::create_directories(fs::path(path).parent_path());
+    return shown(bool(std::ofstream(path) << text));
+}
 
 // clang-format off
 #define OPERATION(name) {#name, call<&Corvale::name>}
@@ -77,15 +128,17 @@ const std::map<std::string, std::string (*)(Corvale&, const std::string&, const 
     OPERATION(resetProcess), OPERATION(setProcessPriority), OPERATION(getProcessPriority),
     OPERATION(setProcessFrequency), OPERATION(getProcessFrequency), OPERATION(getProcesses),
     OPERATION(getProcessSources), OPERATION(getProcessSinks), OPERATION(getProcessAggregatedSinks),
-    OPERATION(getProcessDescription), OPERATION(setProcessDescription), OPERATION(getScheduledJobs), {"zombies", zombies}, {"load", load}, {"pass", pass},
-    {"count", count}};
+    OPERATION(getProcessDescription), OPERATION(setProcessDescription), OPERATION(getScheduledJobs),
+    OPERATION(createLambda), OPERATION(deleteFilter), OPERATION(dumpFilter), OPERATION(getFilterDescription),
+    OPERATION(getFilterInputs), OPERATION(getFilterOutputs), {"createEvent", createEvent}, {"classify", classify},
+    {"filters", filters}, {"write", write}, {"zombies", zombies}, {"load", load}, {"pass", pass}, {"count", count}};
 #undef OPERATION
 // clang-format on
 
 } // namespace
 
 // Each operation of a script gives what stands behind its arrow, a "!" for error lines included; "==" begins
-// with another engine.
+// with another engine, and with another folder, whose path "%" stands for.
 TEST(Scripts, GiveTheirResults)
 {
     for (const std::string script :
@@ -99,18 +152,21 @@ TEST(Scripts, GiveTheirResults)
                 session.reset(); // its capture of the log ends first
             if (!session)
                 session = std::make_unique<Session>();
-            const std::size_t arrow = line.rfind(" => ");
-            if (arrow == std::string::npos)
+            if (line.find(" => ") == std::string::npos)
                 continue;
+            boost::algorithm::replace_all(line, "%", session->folder.string());
+            const std::size_t arrow = line.rfind(" => ");
             std::istringstream words(line.substr(0, arrow));
             std::string operation, name, rest;
-            std::getline((words >> operation >> name).ignore(), rest);
-            std::string result; // what the operation before "log" has logged, or that of another one
-            for (const rk::log::Record& record : session->log.records())
-                result += (result.empty() ? "" : " / ") + record.function + ": " + record.message;
+            std::getline((words >> operation >> std::quoted(name)).ignore(), rest);
+            std::string result = session->logged();
             session->log.clear();
-            if (operation != "log")
-                result = operations.at(operation)(session->engine, name, rest);
+            try {
+                if (operation != "log")
+                    result = operations.at(operation)(session->engine, name, rest);
+            } catch (const std::out_of_range&) {
+                result = "out of range";
+            }
             EXPECT_EQ(result + (session->faults() > 0 ? " !" : ""), line.substr(arrow + 4));
         }
         EXPECT_GT(number, 30) << script;
