@@ -131,18 +131,19 @@ const std::map<std::string, std::string (*)(Corvale&, const std::string&, const 
     OPERATION(getProcessDescription), OPERATION(setProcessDescription), OPERATION(getScheduledJobs),
     OPERATION(createLambda), OPERATION(deleteFilter), OPERATION(dumpFilter), OPERATION(getFilterDescription),
     OPERATION(getFilterInputs), OPERATION(getFilterOutputs), {"createEvent", createEvent}, {"classify", classify},
-    {"filters", filters}, {"write", write}, {"zombies", zombies}, {"load", load}, {"pass", pass}, {"count", count}};
+    OPERATION(loadProgramFromFile), {"filters", filters}, {"write", write}, {"zombies", zombies}, {"load", load},
+    {"pass", pass}, {"count", count}};
 #undef OPERATION
 // clang-format on
 
 } // namespace
 
 // Each operation of a script gives what stands behind its arrow, a "!" for error lines included; "==" begins
-// with another engine, and with another folder, whose path "%" stands for.
+// with another engine, and with another folder, whose path "%" stands for; "$" is where the plug-ins lie.
 TEST(Scripts, GiveTheirResults)
 {
     for (const std::string script :
-         {"sources.txt", "processes.txt", "failures.txt", "programs.txt", "schedules.txt"}) {
+         {"sources.txt", "processes.txt", "failures.txt", "files.txt", "programs.txt", "schedules.txt"}) {
         std::ifstream file(SCRIPTS + script);
         std::unique_ptr<Session> session;
         int number = 0;
@@ -155,6 +156,7 @@ TEST(Scripts, GiveTheirResults)
             if (line.find(" => ") == std::string::npos)
                 continue;
             boost::algorithm::replace_all(line, "%", session->folder.string());
+            boost::algorithm::replace_all(line, "$", PLUGIN_FOLDER);
             const std::size_t arrow = line.rfind(" => ");
             std::istringstream words(line.substr(0, arrow));
             std::string operation, name, rest;
