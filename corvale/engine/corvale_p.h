@@ -2,8 +2,8 @@
 
 #include "corvale/data/orderedmutex.h"
 #include "corvale/engine/corvale.h"
-#include "corvale/engine/livingthings.h"
 #include "corvale/engine/scheduler.h"
+#include "corvale/engine/weakregistry.h"
 #include "corvale/filter/memorymanager.h"
 #include "corvale/parser/parser.h"
 
@@ -165,7 +165,7 @@ private:
     mutable OrderedMutex<LockRank::Filters> _filtersMutex{this};
     std::map<std::string, boost::shared_ptr<Filter>> _filters; // guarded by _filtersMutex
     // What a faulty graph leaves in one may be a lambda of it. Guarded by _filtersMutex.
-    LivingThings<FilterComposite> _everyComposite;
+    WeakRegistry<FilterComposite> _everyComposite;
 
     mutable OrderedMutex<LockRank::Sources> _sourcesMutex{this};
     std::map<std::string, boost::shared_ptr<NodeSource>> _sources; // guarded by _sourcesMutex
@@ -180,7 +180,7 @@ private:
     std::set<std::string> _addedProcesses; // names not in the schedule yet; guarded by _processesMutex
     bool _connectionsMoved = false;        // since the last look at all of them; guarded by _processesMutex
     // Their events may hold one another. Guarded by _processesMutex.
-    LivingThings<Process> _everyProcess;
+    WeakRegistry<Process> _everyProcess;
 
     OrderedMutex<LockRank::LoadedFiles> _loadedFilesMutex{this};
     std::set<std::string> _loadedFiles; // paths as they were written; guarded by _loadedFilesMutex

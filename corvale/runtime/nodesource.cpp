@@ -27,7 +27,7 @@ NodeSource::~NodeSource()
 
 NodeSource::Shard& NodeSource::_shardOf(const StringHash& key)
 {
-    return _shards[mixed(key._hash) >> 61];
+    return _shards[mixed(key._hash) >> (64 - shardBits)];
 }
 
 boost::shared_ptr<Data> NodeSource::requestData(const StringHash& processHash, const StringHash&, long long,

@@ -86,7 +86,8 @@ private:
 
     void _forEachRegistration(const Visitor& visit);
 
-    std::array<Shard, 8> _shards;
+    static constexpr int shardBits = 3; // of a mixed key
+    std::array<Shard, 1 << shardBits> _shards;
     std::vector<std::string> _dependencies; // fixed once the source is built
 };
 

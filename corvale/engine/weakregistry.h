@@ -13,30 +13,30 @@ namespace ZR::Corvale {
 /// still lives, in a table or not.
 ///
 /// Owns nothing; forgets what has ended now and then. Threads: none of its own; its owner guards it.
-template <typename Thing>
-class LivingThings
+template <typename Object>
+class WeakRegistry
 {
 public:
-    void add(const boost::shared_ptr<Thing>& thing)
+    void add(const boost::shared_ptr<Object>& object)
     {
         if (_known.size() >= _limit) {
-            const auto ended = [](const boost::weak_ptr<Thing>& known) { return known.expired(); };
+            const auto ended = [](const boost::weak_ptr<Object>& known) { return known.expired(); };
             _known.erase(std::remove_if(_known.begin(), _known.end(), ended), _known.end());
             _limit = std::max<std::size_t>(64, 2 * _known.size());
         }
-        _known.push_back(thing);
+        _known.push_back(object);
     }
 
     template <typename Visit>
     void forEach(Visit visit) const
     {
-        for (const boost::weak_ptr<Thing>& known : _known)
-            if (const boost::shared_ptr<Thing> thing = known.lock())
-                visit(*thing);
+        for (const boost::weak_ptr<Object>& known : _known)
+            if (const boost::shared_ptr<Object> object = known.lock())
+                visit(*object);
     }
 
 private:
-    std::vector<boost::weak_ptr<Thing>> _known;
+    std::vector<boost::weak_ptr<Object>> _known;
     std::size_t _limit = 64;
 };
 
