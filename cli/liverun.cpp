@@ -64,11 +64,15 @@ void LiveRun::execute()
     checkOutputs();
 }
 
+// A frame that comes just when a process has looked at its sources is computed twice: its value counts once.
 void LiveRun::listen(Clock::time_point began) const
 {
     for (const auto& output : _outputs)
-        _engine.createEvent(output->sink(), [&output = *output, began](const DataPointer& value) {
-            output.writeNext(std::chrono::duration<double>(Clock::now() - began).count(), value);
+        _engine.createEvent(output->sink(), [&output = *output, began,
+                                             last = DataPointer()](const DataPointer& value) mutable {
+            if (value != last)
+                output.writeNext(std::chrono::duration<double>(Clock::now() - began).count(), value);
+            last = value;
         });
 }
 
